@@ -1,0 +1,60 @@
+#include "globals.h"
+
+bool secondInstance;
+int screenWidth;
+int screenHeight;
+double pixelRatio;
+bool winPeMode;
+QString appRun;
+QString appArg;
+bool removableBoot;
+int mediumDiskNumber = -1;
+QString bootLetter;
+QString savedVolumeLetter;
+QString desktopPath = QStringLiteral("X:/Users/Default/Desktop/");
+QString startMenuPath =
+    QStringLiteral("X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
+QString menuStyle;
+
+int displayWidth;
+int displayHeight;
+bool modalOpen;
+bool shuttingDown;
+bool tooltipStale = true;
+quint16 lastLayoutLanguage;
+
+QString shellTitle;
+QString shellVersion;
+QString webDefault;
+QList<RunEntry> toRunList;
+
+QFont &menuFont()
+{
+    static QFont font(QStringLiteral("Tahoma"), 11);
+    return font;
+}
+
+void resetGlobals()
+{
+    secondInstance = false;
+    screenWidth = screenHeight = 0;
+    pixelRatio = 0;
+    winPeMode = false;
+    appRun.clear();
+    appArg.clear();
+    removableBoot = false;
+    mediumDiskNumber = -1;
+    bootLetter.clear();
+    savedVolumeLetter.clear();
+    desktopPath = QStringLiteral("X:/Users/Default/Desktop/");
+    startMenuPath =
+        QStringLiteral("X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
+    displayWidth = displayHeight = 0;
+    modalOpen = shuttingDown = false;
+    tooltipStale = true;
+    lastLayoutLanguage = 0;
+    shellTitle.clear();
+    shellVersion.clear();
+    webDefault.clear();
+    toRunList.clear();
+}

@@ -1,0 +1,53 @@
+#pragma once
+// Process-wide values of the shell. Each is written by one part of the program (start-up, the
+// status panel, the configuration reader, ...) and read by others; they live as long as the process.
+
+#include <QFont>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+struct RunEntry {
+    QString program;
+    QString arguments;
+};
+
+struct AppEntry {
+    int id = 0;
+    QString path;
+    QString params;
+};
+
+// Written by the start-up sequence.
+extern bool secondInstance;
+extern int screenWidth;
+extern int screenHeight;
+extern double pixelRatio;
+extern bool winPeMode;
+extern QString appRun;
+extern QString appArg;
+extern bool removableBoot;
+extern int mediumDiskNumber;
+extern QString bootLetter;
+extern QString savedVolumeLetter;
+extern QString desktopPath;
+extern QString startMenuPath;
+QFont &menuFont();   // "Tahoma" 11; a function so that it is built after the application
+extern QString menuStyle;
+
+// Written by the status panel and the hide/show logic.
+extern int displayWidth;
+extern int displayHeight;
+extern bool modalOpen;
+extern bool shuttingDown;
+extern bool tooltipStale;
+extern quint16 lastLayoutLanguage;
+
+// Written by the configuration reader.
+extern QString shellTitle;
+extern QString shellVersion;
+extern QString webDefault;
+extern QList<RunEntry> toRunList;
+
+// Puts every value back to what it is before main; tests start from here.
+void resetGlobals();

@@ -1,0 +1,138 @@
+#pragma once
+// The one road from the shell to the operating system. The interface speaks Qt value types and
+// small structs only; every rule of the shell (what a value means, when it counts, how it is
+// formatted) stays in the subsystem code. One implementation per machine kind: win/ calls
+// Win32, sim/ plays a Windows PE machine described by a folder.
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+#include <functional>
+
+// Answer of a registry DWORD read: the call's outcome and what it found.
+struct RegValue {
+    bool found = false;   // key opened and value read
+    quint32 type = 0;     // registry type (4 = REG_DWORD)
+    quint32 data = 0;     // the first four bytes of the value
+};
+
+// Answer of IOCTL_STORAGE_GET_DEVICE_NUMBER on "\\.\X:".
+struct DeviceNumberAnswer {
+    bool opened = false;        // CreateFileW succeeded
+    bool ok = false;            // DeviceIoControl succeeded
+    quint32 bytesReturned = 0;
+    quint32 deviceType = 0;
+    quint32 deviceNumber = 0;
+    quint32 partitionNumber = 0;
+};
+
+// A display mode as EnumDisplaySettingsW reports it.
+struct DisplayMode {
+    int width = 0;
+    int height = 0;
+    int bitsPerPixel = 0;
+    int frequency = 0;
+};
+
+struct MemoryStatus {
+    bool ok = false;
+    quint64 totalPhys = 0;
+    quint64 availPhys = 0;
+};
+
+// A RECT, as SPI_GETWORKAREA reads and SPI_SETWORKAREA writes it.
+struct WorkArea {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+};
+
+// Answer of the shell execution service.
+struct ShellResult {
+    qintptr code = 0;     // the HINSTANCE value: above 32 is success
+    quint32 lastError = 0;
+};
+
+// A native message, decoded into what the shell cares about.
+struct NativeMessage {
+    enum Kind { Other, HotKey, CopyData };
+    Kind kind = Other;
+    int hotKeyId = 0;       // HotKey
+    quintptr wParam = 0;    // CopyData
+    QString text;           // CopyData: lpData read as a zero-terminated UTF-16 string
+};
+
+// One event of the low-level keyboard hook.
+struct KeyHookEvent {
+    int code = 0;        // nCode; 0 is HC_ACTION
+    quint32 vkCode = 0;
+    quint32 flags = 0;   // KBDLLHOOKSTRUCT flags; 128 is the key-up flag
+};
+
+class Platform {
+public:
+    virtual ~Platform() = default;
+
+    // --- paths: the shell keeps drive paths ("x:/init.log") everywhere ---
+    // Host path of a drive path; the identity on Windows.
+    virtual QString hostPath(const QString &drivePath) const = 0;
+    // Drive path of a host path (listings come back through this); the identity on Windows.
+    virtual QString drivePath(const QString &hostPath) const = 0;
+
+    // --- processes ---
+    // File names of the running processes (Toolhelp snapshot); false when the snapshot fails.
+    virtual bool processNames(QStringList *names) = 0;
+    virtual void raisePriority() = 0;   // HIGH_PRIORITY_CLASS
+    virtual void sleepMs(int ms) = 0;   // blocking
+
+    // --- registry under HKEY_CURRENT_USER ---
+    virtual RegValue readUserDword(const QString &key, const QString &name) = 0;
+    // Create or open the key with full access and write a REG_DWORD; false when it cannot.
+    virtual bool writeUserDword(const QString &key, const QString &name, quint32 value) = 0;
+
+    // --- drives and disks ---
+    virtual quint32 logicalDrives() = 0;   // bit 0 is A:
+    virtual bool volumeReady(QChar letter) = 0;
+    virtual DeviceNumberAnswer deviceNumber(QChar letter) = 0;
+
+    // --- shell execution (ShellExecuteW with no owner and no directory) ---
+    virtual ShellResult shellExecute(const QString &verb, const QString &file,
+                                     const QString &parameters, int show) = 0;
+
+    // --- display, work area, memory ---
+    virtual MemoryStatus memoryStatus() = 0;
+    virtual bool currentDisplayMode(DisplayMode *mode) = 0;         // ENUM_CURRENT_SETTINGS
+    virtual bool displayMode(int index, DisplayMode *mode) = 0;     // false past the last mode
+    virtual bool workArea(WorkArea *area) = 0;                       // SPI_GETWORKAREA
+    virtual bool setWorkArea(const WorkArea &area) = 0;              // SPI_SETWORKAREA, update + send
+    virtual void reloadWallpaper() = 0;                              // SPI_SETDESKWALLPAPER default
+
+    // --- keyboard ---
+    virtual quint64 foregroundKeyboardLayout() = 0;                  // HKL of the foreground thread
+    virtual QList<quint64> keyboardLayouts() = 0;                    // GetKeyboardLayoutList
+    virtual QString localeLanguageName(quint32 lcid) = 0;            // LOCALE_SLANGUAGE
+    virtual short asyncKeyState(int vk) = 0;
+
+    // --- hot keys, hook and native messages ---
+    virtual bool registerHotKey(quintptr window, int id, quint32 modifiers, quint32 vk) = 0;
+    virtual void unregisterHotKey(quintptr window, int id) = 0;
+    // The handler answers true to swallow the key; otherwise the event goes on down the chain.
+    virtual bool installKeyboardHook(std::function<bool(const KeyHookEvent &)> handler) = 0;
+    virtual void removeKeyboardHook() = 0;
+    // Decodes a message that Qt hands to nativeEvent.
+    virtual NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) = 0;
+    // Messages that arrive by a road other than nativeEvent (the simulated machine's inbox).
+    virtual void setMessageSink(std::function<void(const NativeMessage &)> sink) = 0;
+};
+
+// The platform of the process. Tests install a simulated machine of their own.
+Platform &sys();
+void setPlatform(Platform *platform);   // takes ownership; the previous one is deleted
+
+// The platform of this process: on Windows the Win32 machine, unless KELPIE_MACHINE names a
+// simulated machine folder; elsewhere the folder of KELPIE_MACHINE, or, without it, a fresh
+// copy of the demo machine in a temporary folder. Never null.
+Platform *createDefaultPlatform();

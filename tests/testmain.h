@@ -1,0 +1,16 @@
+#pragma once
+// Every suite runs on the offscreen platform; set here because Wine does not pass QT_* variables
+// into a Windows process.
+#include <QApplication>
+#include <QtTest>
+
+#define KELPIE_TEST_MAIN(TestClass)                                  \
+    int main(int argc, char *argv[])                                 \
+    {                                                                \
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))          \
+            qputenv("QT_QPA_PLATFORM", "offscreen");                 \
+        QApplication app(argc, argv);                                \
+        TestClass tc;                                                \
+        QTEST_SET_MAIN_SOURCE_PATH                                   \
+        return QTest::qExec(&tc, argc, argv);                        \
+    }
