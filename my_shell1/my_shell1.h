@@ -1,0 +1,154 @@
+#pragma once
+// The shell's one top-level panel and the hub of the program: it owns the start button, the main
+// menu, the launcher and tool buttons, the status labels, the clock, the desktop, the save dialog
+// and every timer; the other objects reach the rest of the system through its slots.
+
+#include "globals.h"
+#include "network/ip_settings.h"
+#include "ui_my_shell1.h"
+
+#include <QFileIconProvider>
+#include <QList>
+#include <QPixmap>
+#include <QWidget>
+
+class QAction;
+class QMenu;
+class QTimer;
+class aboutDlg;
+class analog_clock;
+class dektopWidget;
+class mainButton;
+class myMenu;
+class my_Action;
+class my_PushButton;
+class saveChangingDialog;
+class static_ip_dlg;
+
+class my_shell1 : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit my_shell1(QWidget *parent = nullptr);
+    ~my_shell1() override;
+
+    // Launcher: the three readers of data_shell.cfg.
+    void createMainMenu();
+    void createLauncherButtons();
+    void createFixedButtons();
+    // Desktop: hands the title and version to the desktop and lets it fit the screen.
+    void updateDesktopInfo();
+    // Delayed initialisation: the share mapping stage or, without its script, the main menu.
+    void beginMapNetwork();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void enterEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    bool nativeEvent(const QByteArray &eventType, void *message, long *result) override;
+
+signals:
+    void closeApp();
+    void button_is_active(int id);
+
+public slots:
+    void closeMenu1();
+    void userProgram_Cliked();
+    void userProgram_Remove();
+    void showRemoveAction(int x, int y);
+    void userMenuClosed();
+    void on_label_7_linkActivated(QString link);
+    void langLinkTriggered();
+    void on_pushButton_3_clicked();
+    void openMenu();
+    void closeMenu();
+    void menuHiden();
+    void needStopOperation(int operation);
+    void hideWindow();
+    void showWindow();
+    void SetWindowOpacity(int level);
+    void moveWindow();
+    void init();
+    void getSystemCondition();
+    void getMemory();
+    void getResolution();
+    void some_button_is_active(int id);
+    void notActiveButtons();
+    void startTaskManager();
+    void startDispConf();
+    void startIpConf();
+    void startExplorer();
+    void startTimeEditor();
+    void startApp(int id);
+    void startRegScript();
+    void updateResolution();
+    void shutDown();
+    void loadDriver();
+    void loadDriver_new(QString path);
+    void runTaskDlg();
+    void runTaskList();
+    void runPXEscripts();
+    void aboutShell();
+    void addLogInfo(QString s);
+    void startShot();
+    void startKeyb();
+    void checkStaticIP();
+    void checkMapNetwork();
+    void refreshClicked();
+
+public:
+    // Members in their order; public so that the parts of the shell and its tests reach them.
+    Ui::my_shell1Class ui;
+    QFileIconProvider iconProvider;
+    bool panelShown = false;
+    bool panelLocked = false;
+    bool startIpPending = false;
+    mainButton *startButton = nullptr;
+    ip_settings netInfo;
+    analog_clock *clock = nullptr;
+    int adapterPollCount = 0;
+    QPixmap panelPixmap;    // panel2.png: the strip
+    QPixmap panelPixmap1;   // panel1.png
+    QPixmap panelPixmap3;   // panel3.png
+    QPixmap edgePixmap;     // kant.png: the 3-pixel edge
+    QPixmap unusedPixmap;   // never loaded
+    myMenu *mainMenu = nullptr;
+    QMenu *layoutMenu = nullptr;
+    myMenu *userProgramsMenu = nullptr;
+    QList<QAction *> layoutActions;
+    QList<my_Action *> menuActions;
+    QList<AppEntry> appList;
+    QAction *aboutAction = nullptr;
+    QAction *loadDriverAction = nullptr;
+    QAction *turnOffAction = nullptr;
+    QAction *runAction = nullptr;
+    QTimer *hideTimer = nullptr;
+    QTimer *statusTimer = nullptr;
+    QTimer *menuCloseTimer = nullptr;
+    QTimer *staticIpTimer = nullptr;
+    QTimer *mapNetworkTimer = nullptr;
+    my_PushButton *keyboardButton = nullptr;
+    my_PushButton *timeButton = nullptr;
+    my_PushButton *displayButton = nullptr;
+    my_PushButton *taskManagerButton = nullptr;
+    my_PushButton *explorerButton = nullptr;
+    my_PushButton *shotButton = nullptr;
+    my_PushButton *noAdapterButton = nullptr;
+    QString cmdTaskManager;
+    QString cmdDisplay;
+    QString cmdExplorer;
+    QString cmdTime;
+    QString cmdShot;
+    int bringUpStep = 0;
+    int bringUpStage = 0;
+    dektopWidget *desktop = nullptr;
+    saveChangingDialog *saveDialog = nullptr;
+    static_ip_dlg *staticIpDialog = nullptr;
+    QList<my_PushButton *> netButtons;
+    QList<myMenu *> subMenus;
+
+    QStringList dayNames;
+    QStringList monthNames;
+};
