@@ -15,6 +15,9 @@ QString desktopPath = QStringLiteral("X:/Users/Default/Desktop/");
 QString startMenuPath =
     QStringLiteral("X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
 QString menuStyle;
+int productNumber;
+QString productVersion;
+int productCode;
 
 int displayWidth;
 int displayHeight;
@@ -49,6 +52,8 @@ void resetGlobals()
     desktopPath = QStringLiteral("X:/Users/Default/Desktop/");
     startMenuPath =
         QStringLiteral("X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
+    productNumber = productCode = 0;
+    productVersion.clear();
     displayWidth = displayHeight = 0;
     modalOpen = shuttingDown = false;
     tooltipStale = true;

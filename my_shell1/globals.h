@@ -34,6 +34,10 @@ extern QString desktopPath;
 extern QString startMenuPath;
 QFont &menuFont();   // "Tahoma" 11; a function so that it is built after the application
 extern QString menuStyle;
+// Product facts that the update exchange reports.
+extern int productNumber;
+extern QString productVersion;
+extern int productCode;
 
 // Written by the status panel and the hide/show logic.
 extern int displayWidth;

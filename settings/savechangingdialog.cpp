@@ -1,0 +1,6 @@
+#include "savechangingdialog.h"
+
+saveChangingDialog::saveChangingDialog(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("saveChangingDialog"));
+}
