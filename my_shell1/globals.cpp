@@ -25,6 +25,7 @@ bool modalOpen;
 bool shuttingDown;
 bool tooltipStale = true;
 quint16 lastLayoutLanguage;
+QPoint dragOffset;
 
 QString shellTitle;
 QString shellVersion;
@@ -58,6 +59,7 @@ void resetGlobals()
     modalOpen = shuttingDown = false;
     tooltipStale = true;
     lastLayoutLanguage = 0;
+    dragOffset = QPoint();
     shellTitle.clear();
     shellVersion.clear();
     webDefault.clear();

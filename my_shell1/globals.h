@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QList>
+#include <QPoint>
 #include <QString>
 #include <QStringList>
 
@@ -46,6 +47,7 @@ extern bool modalOpen;
 extern bool shuttingDown;
 extern bool tooltipStale;
 extern quint16 lastLayoutLanguage;
+extern QPoint dragOffset;   // last press point of the panel or its buttons; written, never used
 
 // Written by the configuration reader.
 extern QString shellTitle;
