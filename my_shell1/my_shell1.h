@@ -98,6 +98,12 @@ public slots:
     void checkMapNetwork();
     void refreshClicked();
 
+private:
+    // Applies the medium's locale file, before anything is drawn.
+    void setupLocale();
+    // The three hot keys and the keyboard hook, in Windows PE only.
+    void registerKeys();
+
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.
     Ui::my_shell1Class ui;

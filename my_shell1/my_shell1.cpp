@@ -1,0 +1,208 @@
+#include "my_shell1.h"
+
+#include "desktop/dektopwidget.h"
+#include "launcher/mainbutton.h"
+#include "launcher/my_action.h"
+#include "launcher/my_pushbutton.h"
+#include "launcher/mymenu.h"
+#include "look/aboutdlg.h"
+#include "look/analog_clock.h"
+#include "network/static_ip_dlg.h"
+#include "platform/platform.h"
+#include "settings/savechangingdialog.h"
+
+#include <QAction>
+#include <QPainter>
+#include <QTimer>
+
+namespace {
+
+QString resource(const char *name)
+{
+    return QStringLiteral(":/my_shell1/Resources/") + QLatin1String(name);
+}
+
+QAction *fixedAction(const QString &text, const char *icon, QObject *parent)
+{
+    QAction *action = new QAction(QIcon(resource(icon)), text, parent);
+    action->setFont(menuFont());
+    return action;
+}
+
+} // namespace
+
+my_shell1::my_shell1(QWidget *parent)
+    : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+{
+    // The locale goes first, before anything is drawn.
+    setupLocale();
+    if (winPeMode)
+        registerKeys();
+
+    desktop = new dektopWidget(nullptr);
+    connect(desktop, SIGNAL(refreshClicked()), this, SLOT(refreshClicked()));
+    connect(desktop, SIGNAL(userProgram_Remove()), this, SLOT(userProgram_Remove()));
+    desktop->showMaximized();
+
+    saveDialog = new saveChangingDialog(this);
+    staticIpDialog = new static_ip_dlg(nullptr);
+    // The dialog declares its signal with int, so this connection does not take: only the
+    // desktop's stop button reaches needStopOperation. Kept as the shell has always wired it.
+    connect(staticIpDialog, SIGNAL(needStopOperation(quint64)), this, SLOT(needStopOperation(quint64)));
+    connect(desktop, SIGNAL(needStopOperation(int)), this, SLOT(needStopOperation(int)));
+    desktop->waitPanel->hide();
+
+    displayWidth = screenWidth;
+    displayHeight = screenHeight;
+    move(0, screenHeight - 3);
+
+    toRunList.clear();
+    setMouseTracking(true);
+    ui.setupUi(this);
+    ui.label_5->clear();
+    panelPixmap.load(resource("panel2.png"));
+    panelPixmap1.load(resource("panel1.png"));
+    panelPixmap3.load(resource("panel3.png"));
+    edgePixmap.load(resource("kant.png"));
+
+    resize(screenWidth, 64);
+    userProgramsMenu = nullptr;
+
+    mainMenu = new myMenu(this);
+    connect(mainMenu, &myMenu::needCloseMenu, this, &my_shell1::closeMenu);
+
+    runAction = fixedAction(tr("Run..."), "go.png", this);
+    connect(runAction, &QAction::triggered, this, &my_shell1::runTaskDlg);
+    aboutAction = fixedAction(tr("About Kelpie"), "help.png", this);
+    connect(aboutAction, &QAction::triggered, this, &my_shell1::aboutShell);
+
+    mainMenu->addAction(aboutAction);
+    mainMenu->addSeparator();
+    createMainMenu();
+    refreshClicked();
+    mainMenu->addSeparator();
+    mainMenu->addAction(runAction);
+    loadDriverAction = fixedAction(tr("Load Driver"), "applications_add.png", this);
+    connect(loadDriverAction, &QAction::triggered, this, &my_shell1::loadDriver);
+    turnOffAction = fixedAction(tr("Turn Off Computer"), "delete.png", this);
+    connect(turnOffAction, &QAction::triggered, this, &my_shell1::shutDown);
+    mainMenu->addAction(loadDriverAction);
+    mainMenu->addAction(turnOffAction);
+
+    layoutMenu = new QMenu(this);
+    ui.widget_2->setGeometry(width() - 500, 0, 400, 64);
+
+    createLauncherButtons();
+    createFixedButtons();
+
+    clock = new analog_clock(this);
+    clock->setGeometry(width() - 68, 0, 64, 64);
+    connect(clock, &analog_clock::needStartTimeEditor, this, &my_shell1::startTimeEditor);
+
+    setMask(QRegion(0, 0, displayWidth, 64));
+
+    startButton = new mainButton(this);
+    startButton->move(0, 3);
+    connect(startButton, &mainButton::needOpenMenu, this, &my_shell1::openMenu);
+    connect(startButton, &mainButton::needCloseMenu, this, &my_shell1::closeMenu);
+    update();
+
+    dayNames << QStringLiteral("Monday") << QStringLiteral("Tuesday") << QStringLiteral("Wednesday")
+             << QStringLiteral("Thursday") << QStringLiteral("Friday") << QStringLiteral("Saturday")
+             << QStringLiteral("Sunday");
+    monthNames << QStringLiteral("Jan") << QStringLiteral("Feb") << QStringLiteral("Mar")
+               << QStringLiteral("Apr") << QStringLiteral("May") << QStringLiteral("Jun")
+               << QStringLiteral("Jul") << QStringLiteral("Aug") << QStringLiteral("Sep")
+               << QStringLiteral("Oct") << QStringLiteral("Nov") << QStringLiteral("Dec");
+
+    ui.label->clear();
+    ui.label_2->clear();
+    ui.label_3->clear();
+
+    noAdapterButton = new my_PushButton(ui.widget);
+    ui.horizontalLayout->addWidget(noAdapterButton);
+    noAdapterButton->setFlat(true);
+    noAdapterButton->setToolTip(tr("No Network Adapter detected\nClick to run Network Configurator"));
+    noAdapterButton->setIcon(QIcon(resource("noAdapter.png")));
+    connect(noAdapterButton, &QPushButton::clicked, this, &my_shell1::startIpConf);
+
+    panelShown = false;
+    panelLocked = false;
+
+    hideTimer = new QTimer(this);
+    statusTimer = new QTimer(this);
+    menuCloseTimer = new QTimer(this);
+    staticIpTimer = new QTimer(this);
+    mapNetworkTimer = new QTimer(this);
+    connect(hideTimer, &QTimer::timeout, this, &my_shell1::hideWindow);
+    connect(statusTimer, &QTimer::timeout, this, &my_shell1::getSystemCondition);
+    connect(menuCloseTimer, &QTimer::timeout, this, &my_shell1::closeMenu1);
+    connect(staticIpTimer, &QTimer::timeout, this, &my_shell1::checkStaticIP);
+    connect(mapNetworkTimer, &QTimer::timeout, this, &my_shell1::checkMapNetwork);
+
+    updateDesktopInfo();
+    adapterPollCount = 0;
+    QTimer::singleShot(10, this, &my_shell1::init);
+}
+
+my_shell1::~my_shell1()
+{
+    hideTimer->stop();
+    delete desktop;
+    delete hideTimer;
+    delete statusTimer;
+    delete startButton;
+    for (my_PushButton *button : {keyboardButton, timeButton, displayButton, taskManagerButton,
+                                  explorerButton, shotButton})
+        delete button;
+    delete clock;
+    delete aboutAction;
+    delete loadDriverAction;
+    delete turnOffAction;
+    delete runAction;
+    qDeleteAll(netButtons);
+    qDeleteAll(menuActions);
+    // Unregistered whether or not they were registered: harmless outside Windows PE.
+    const quintptr window = quintptr(internalWinId());
+    for (int id = 1; id <= 3; ++id)
+        sys().unregisterHotKey(window, id);
+    sys().removeKeyboardHook();
+    delete staticIpDialog;
+}
+
+void my_shell1::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform
+                           | QPainter::HighQualityAntialiasing);
+    painter.drawPixmap(0, 0, panelPixmap.scaled(width(), 64, Qt::IgnoreAspectRatio));
+    // Down, only the top 3 pixels are on the screen: they show the edge line.
+    if (!panelShown)
+        painter.drawPixmap(0, 0, edgePixmap.scaled(displayWidth, 3, Qt::IgnoreAspectRatio));
+}
+
+void my_shell1::aboutShell()
+{
+    modalOpen = true;
+    aboutDlg dialog(this);
+    dialog.move(screenWidth / 2 - dialog.width() / 2, screenHeight / 2 - dialog.height() / 2);
+    dialog.exec();
+    modalOpen = false;
+}
+
+void my_shell1::updateDesktopInfo()
+{
+    desktop->layoutDesktop(shellTitle, shellVersion);
+}
+
+void my_shell1::menuHiden()
+{
+}
+
+void my_shell1::moveWindow()
+{
+}
+
+void my_shell1::langLinkTriggered()
+{
+}

@@ -1,0 +1,184 @@
+#include "startup.h"
+
+#include "globals.h"
+#include "my_shell1.h"
+#include "platform/platform.h"
+#include "look/stylesheets.h"
+#include "settings/savedvolume.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QScreen>
+#include <QTextCodec>
+#include <QTextStream>
+
+namespace {
+
+const quint32 regDword = 4;
+const quint32 storageDeviceNumberSize = 12;
+const quint32 fileDeviceDisk = 7;
+
+// One line of a line-oriented file: UTF-8, with every "\n" and "\r" taken out.
+QString cleanLine(const QByteArray &raw)
+{
+    QString line = QString::fromUtf8(raw);
+    line.remove(QLatin1Char('\n'));
+    line.remove(QLatin1Char('\r'));
+    return line;
+}
+
+// Decimal number, or 0 for text that is not one.
+int decimalOrZero(const QString &text)
+{
+    bool ok = false;
+    const int value = text.toInt(&ok, 10);
+    return ok ? value : 0;
+}
+
+} // namespace
+
+bool probeSecondInstance()
+{
+    QStringList names;
+    if (!sys().processNames(&names))
+        return false;
+    const QString self = QStringLiteral("AUTORUN.EXE");
+    int count = 0;
+    for (const QString &name : names) {
+        if (name.toUpper() == self && ++count > 1)
+            return true;
+    }
+    return false;
+}
+
+void readScreen()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    screenWidth = screen->size().width();
+    screenHeight = screen->size().height();
+    pixelRatio = screen->devicePixelRatio();
+}
+
+void applyApplicationLook(QApplication &app)
+{
+    app.setStyleSheet(toolTipStyleSheet());
+    menuStyle = menuStyleSheet();
+    productNumber = 14;
+    productVersion = QStringLiteral("14.0.1");
+    productCode = 0;
+}
+
+bool readWinPeMode()
+{
+    const RegValue value = sys().readUserDword(QStringLiteral("Software\\Morvane Works"),
+                                               QStringLiteral("WinPE"));
+    return value.found && value.type == regDword && value.data != 0;
+}
+
+int mediumDiskNumberOf(QChar letter)
+{
+    const DeviceNumberAnswer answer = sys().deviceNumber(letter);
+    if (answer.opened && answer.ok && answer.bytesReturned == storageDeviceNumberSize
+        && answer.deviceType == fileDeviceDisk)
+        return int(answer.deviceNumber);
+    return -1;
+}
+
+int scanSettingsFile()
+{
+    int language = 0;
+    const quint32 mask = sys().logicalDrives();
+    for (int index = 2; index <= 25; ++index) {
+        if (!(mask & (1u << index)))
+            continue;
+        const QChar letter(char('A' + index));
+        QFile file(sys().hostPath(QString(letter) + QStringLiteral(":\\_kelpie.ini")));
+        if (!file.exists())
+            continue;
+        // The first drive that holds the file ends the scan, whatever the file holds.
+        if (!file.open(QIODevice::ReadOnly))
+            return language;
+        while (!file.atEnd()) {
+            const QString line = cleanLine(file.readLine());
+            if (line.startsWith(QLatin1String("appRun="))) {
+                appRun = line.mid(7);
+            } else if (line.startsWith(QLatin1String("arg="))) {
+                appArg = line.mid(4);
+            } else if (line.startsWith(QLatin1String("imageLang="))) {
+                language = decimalOrZero(line.mid(10));
+            } else if (line.startsWith(QLatin1String("remDev="))) {
+                if (line.mid(7) == QLatin1String("1")) {
+                    removableBoot = true;
+                    mediumDiskNumber = mediumDiskNumberOf(letter);
+                }
+            }
+        }
+        return language;
+    }
+    return language;
+}
+
+void passImageLanguage(int language)
+{
+    sys().writeUserDword(QStringLiteral("Software\\Morvane Works\\Tessel Imager"),
+                         QStringLiteral("Language"), quint32(language));
+    sys().sleepMs(100);
+}
+
+void readBootLetter()
+{
+    QFile file(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")));
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    while (!file.atEnd()) {
+        const QString line = cleanLine(file.readLine());
+        if (line.startsWith(QLatin1String("bootLetter=")))
+            bootLetter = line.mid(11);
+    }
+}
+
+void restoreSavedFolders()
+{
+    const QString root = findSavedVolume(QStringList() << QStringLiteral("Start Menu.1")
+                                                       << QStringLiteral("Desktop.1"));
+    if (root.length() > 1) {
+        savedVolumeLetter = root.left(1);
+        restoreSavedFiles(savedVolumeLetter);
+    }
+}
+
+void prepareShell(QApplication &app)
+{
+    readScreen();
+    applyApplicationLook(app);
+    winPeMode = readWinPeMode();
+    sys().raisePriority();
+    passImageLanguage(scanSettingsFile());
+    readBootLetter();
+    restoreSavedFolders();
+    if (winPeMode)
+        writeConditionLogs();
+}
+
+int runShell(int argc, char *argv[])
+{
+    secondInstance = probeSecondInstance();
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication app(argc, argv);
+    prepareShell(app);
+
+    int result = 0;
+    {
+        my_shell1 shell;
+        shell.show();
+        QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
+        QObject::connect(&shell, &my_shell1::closeApp, &app, &QCoreApplication::quit);
+        result = app.exec();
+        // The turn-off command runs now, while the shell's process and windows still stand.
+        for (int i = 0; i < 10; ++i)
+            sys().sleepMs(1000);
+    }
+    return result;
+}
