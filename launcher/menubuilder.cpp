@@ -1,0 +1,79 @@
+#include "menubuilder.h"
+
+#include "launcher/appstart.h"
+#include "launcher/my_action.h"
+#include "launcher/mymenu.h"
+
+#include <QIcon>
+#include <QMetaObject>
+
+namespace {
+
+bool hasSlot(QObject *o, const char *signature)
+{
+    return o && o->metaObject()->indexOfSlot(signature) >= 0;
+}
+
+} // namespace
+
+void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
+{
+    const bool canStart = hasSlot(parts.owner, "startApp(int)");
+    const bool canClose = hasSlot(parts.owner, "closeMenu()");
+
+    for (const MenuLine &m : pass.menu) {
+        switch (m.kind) {
+        case MenuLine::Separator:
+            parts.mainMenu->addSeparator();
+            break;
+        case MenuLine::SubMenu: {
+            auto *sub = new myMenu(parts.owner);
+            sub->setStyleSheet(menuStyle);
+            parts.subMenus->append(sub);
+            if (canClose)
+                QObject::connect(sub, SIGNAL(needCloseMenu()), parts.owner, SLOT(closeMenu()));
+            auto *a = new my_Action(parts.owner);
+            a->id = m.id;
+            a->setText(m.text);
+            a->setIcon(QIcon(m.icon));
+            a->setMenu(sub);
+            parts.menuActions->append(a);
+            parts.mainMenu->addAction(a);
+            break;
+        }
+        case MenuLine::Item: {
+            auto *a = new my_Action(parts.owner);
+            a->id = m.id;
+            a->setText(m.text);
+            a->setIcon(QIcon(appstart::menuIconPath(m.icon)));
+            a->setFont(menuFont());
+            a->hint = m.hint;
+            if (canStart)
+                QObject::connect(a, SIGNAL(actionClicked(int)), parts.owner, SLOT(startApp(int)));
+            if (m.parentId == 0) {
+                parts.mainMenu->addAction(a);
+                parts.appList->append({a->id, m.path, m.params});
+            } else if (m.parentId > 0) {
+                my_Action *parent = nullptr;
+                for (my_Action *c : *parts.menuActions) {
+                    if (c->id == m.parentId) {
+                        parent = c;
+                        break;
+                    }
+                }
+                // Parents are known by the lines above only: the file is read in one pass.
+                if (!parent) {
+                    delete a;
+                    break;
+                }
+                QMenu *sub = parent->QAction::menu();
+                sub->addAction(a);
+                a->menu = sub;
+                parts.appList->append({a->id, m.path, m.params});
+            }
+            // Below 0 the entry stays unplaced and has no record.
+            break;
+        }
+        }
+    }
+}

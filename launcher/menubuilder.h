@@ -1,0 +1,22 @@
+#pragma once
+// Turns the menu lines of data_shell.cfg into the sub-menus and entries of the main menu.
+// The owner (the panel) parents every object and receives startApp(int) and closeMenu().
+
+#include "launcher/shellconfig.h"
+
+#include <QList>
+
+class QMenu;
+class QWidget;
+class myMenu;
+class my_Action;
+
+struct MainMenuParts {
+    QWidget *owner = nullptr;
+    QMenu *mainMenu = nullptr;
+    QList<my_Action *> *menuActions = nullptr;   // actions that carry a sub-menu
+    QList<myMenu *> *subMenus = nullptr;
+    QList<AppEntry> *appList = nullptr;
+};
+
+void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts);

@@ -1,0 +1,220 @@
+#include "shellconfig.h"
+
+#include "platform/platform.h"
+
+#include <QFile>
+#include <QTextCodec>
+#include <QTextStream>
+
+namespace shellconfig {
+
+namespace {
+
+void note(QList<ConfigNote> *notes, int line, const QString &text)
+{
+    if (notes)
+        notes->append({line, text});
+}
+
+// Calls f for each line of the file with every CR and LF taken out; false if it won't open.
+template <typename F>
+bool forEachLine(const QString &drivePath, F f)
+{
+    QFile file(sys().hostPath(drivePath));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QTextStream in(&file);
+    in.setCodec(QTextCodec::codecForName("UTF-8"));
+    in.setAutoDetectUnicode(false);
+    int lineNo = 0;
+    QString line;
+    while (in.readLineInto(&line)) {
+        ++lineNo;
+        line.remove(QLatin1Char('\r'));
+        line.remove(QLatin1Char('\n'));
+        f(line, lineNo);
+    }
+    file.close();
+    return true;
+}
+
+} // namespace
+
+QStringList splitFields(const QString &value)
+{
+    return value.split(QLatin1Char('|'), Qt::KeepEmptyParts);
+}
+
+int number(const QString &field)
+{
+    return field.toInt(nullptr, 10);
+}
+
+void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<ConfigNote> *notes)
+{
+    static const QString kToRun = QStringLiteral("toRun=");
+    static const QString kVersion = QStringLiteral("version=");
+    static const QString kTitle = QStringLiteral("title=");
+    static const QString kWeb = QStringLiteral("web_default=");
+    static const QString kMainMenu = QStringLiteral("mainMenu=");
+    static const QString kSeparator = QStringLiteral("mainSeparator");
+    static const QString kMenuItem = QStringLiteral("menuItem=");
+
+    QString line = rawLine;
+    // Tested before the comment sign on purpose: a commented start-up line still runs.
+    if (line.contains(kToRun)) {
+        line.remove(kToRun);
+        const QStringList f = splitFields(line);
+        if (f.size() < 2) {
+            note(notes, lineNo, QStringLiteral("toRun= with %1 field(s), 2 needed: ignored").arg(f.size()));
+            return;
+        }
+        pass->toRun.append({f.at(0), f.at(1)});
+        note(notes, lineNo, QStringLiteral("start-up program \"%1\" with arguments \"%2\"").arg(f.at(0), f.at(1)));
+    }
+    if (line.startsWith(QLatin1Char(';'))) {
+        note(notes, lineNo, QStringLiteral("comment"));
+        return;
+    }
+    if (line.contains(kVersion)) {
+        line.remove(kVersion);
+        pass->version = line;
+        pass->hasVersion = true;
+        note(notes, lineNo, QStringLiteral("version \"%1\"").arg(line));
+    }
+    if (line.contains(kTitle)) {
+        line.remove(kTitle);
+        pass->title = line;
+        pass->hasTitle = true;
+        note(notes, lineNo, QStringLiteral("title \"%1\"").arg(line));
+    }
+    if (line.contains(kWeb)) {
+        line.remove(kWeb);
+        pass->webDefault = line;
+        pass->hasWebDefault = true;
+        note(notes, lineNo, QStringLiteral("web text \"%1\"").arg(line));
+    }
+    if (line.contains(kMainMenu)) {
+        line.remove(kMainMenu);
+        const QStringList f = splitFields(line);
+        if (f.size() < 3) {
+            note(notes, lineNo, QStringLiteral("mainMenu= with %1 field(s), 3 needed: ignored").arg(f.size()));
+            return;
+        }
+        MenuLine m;
+        m.kind = MenuLine::SubMenu;
+        m.line = lineNo;
+        m.id = number(f.at(0));
+        m.text = f.at(1);
+        m.icon = f.at(2);
+        pass->menu.append(m);
+        note(notes, lineNo, QStringLiteral("sub-menu %1 \"%2\"").arg(m.id).arg(m.text));
+    }
+    if (line.contains(kSeparator)) {
+        MenuLine m;
+        m.kind = MenuLine::Separator;
+        m.line = lineNo;
+        pass->menu.append(m);
+        note(notes, lineNo, QStringLiteral("separator"));
+    }
+    if (!line.contains(kMenuItem))
+        return;
+    line.remove(kMenuItem);
+    const QStringList f = splitFields(line);
+    if (f.size() < 7) {
+        note(notes, lineNo, QStringLiteral("menuItem= with %1 field(s), 7 needed: ignored").arg(f.size()));
+        return;
+    }
+    MenuLine m;
+    m.kind = MenuLine::Item;
+    m.line = lineNo;
+    m.parentId = number(f.at(0));
+    m.id = number(f.at(1));
+    m.text = f.at(2);
+    m.icon = f.at(3);
+    m.path = f.at(4);
+    m.params = f.at(5);
+    m.hint = f.at(6);
+    pass->menu.append(m);
+    note(notes, lineNo, QStringLiteral("menu entry %1 \"%2\" under %3 starts \"%4\" \"%5\"")
+                            .arg(m.id).arg(m.text).arg(m.parentId).arg(m.path, m.params));
+}
+
+void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pass,
+                  QList<ConfigNote> *notes)
+{
+    static const QString kItem = QStringLiteral("morvaneItem=");
+    if (line.startsWith(QLatin1Char(';')) || !line.contains(kItem))
+        return;
+    const QStringList f = splitFields(QString(line).remove(kItem));
+    if (f.size() < 6) {
+        note(notes, lineNo, QStringLiteral("morvaneItem= with %1 field(s), 6 needed: ignored").arg(f.size()));
+        return;
+    }
+    LauncherLine b;
+    b.line = lineNo;
+    b.id = (*nextId)++;
+    b.normalImage = f.at(0);
+    b.nearImage = f.at(1);
+    b.activeImage = f.at(2);
+    b.tip = f.at(3);
+    b.path = f.at(4);
+    b.params = f.at(5);
+    pass->buttons.append(b);
+    note(notes, lineNo, QStringLiteral("launcher button %1 starts \"%2\" \"%3\"").arg(b.id).arg(b.path, b.params));
+}
+
+void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<ConfigNote> *notes)
+{
+    if (rawLine.startsWith(QLatin1Char(';')))
+        return;
+    QString line = rawLine;
+    for (int i = 0; i < 5; ++i) {
+        const QString key = QStringLiteral("fixedB%1=").arg(i + 1);
+        if (!line.contains(key))
+            continue;
+        line.remove(key);
+        const QStringList f = splitFields(line);
+        if (f.size() < 3) {
+            note(notes, lineNo, QStringLiteral("%1 with %2 field(s), 3 needed: ignored").arg(key).arg(f.size()));
+            return;
+        }
+        FixedButtonSetting &s = pass->buttons[i];
+        s.set = true;
+        s.line = lineNo;
+        s.icon = f.at(0);
+        s.tip = f.at(1);
+        s.command = f.at(2);
+        note(notes, lineNo, QStringLiteral("fixed button %1 runs \"%2\"").arg(i + 1).arg(s.command));
+    }
+}
+
+MainMenuPass readMainMenu(const QString &drivePath, QList<ConfigNote> *notes)
+{
+    MainMenuPass pass;
+    pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
+        mainMenuLine(line, n, &pass, notes);
+    });
+    return pass;
+}
+
+LauncherPass readLauncherButtons(const QString &drivePath, QList<ConfigNote> *notes)
+{
+    LauncherPass pass;
+    int nextId = 1000;
+    pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
+        launcherLine(line, n, &nextId, &pass, notes);
+    });
+    return pass;
+}
+
+FixedPass readFixedButtons(const QString &drivePath, QList<ConfigNote> *notes)
+{
+    FixedPass pass;
+    pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
+        fixedLine(line, n, &pass, notes);
+    });
+    return pass;
+}
+
+} // namespace shellconfig
