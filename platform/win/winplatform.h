@@ -1,0 +1,52 @@
+#pragma once
+// The Win32 machine: each operation is the documented call with its documented arguments, and
+// every handle it takes is released before it returns. Raw answers only; the shell's rules
+// (which type counts, which size is right) stay with the callers.
+
+#include "platform/platform.h"
+
+class WinPlatform : public Platform {
+public:
+    WinPlatform() = default;
+    ~WinPlatform() override;
+
+    QString hostPath(const QString &drivePath) const override;
+    QString drivePath(const QString &hostPath) const override;
+
+    bool processNames(QStringList *names) override;
+    void raisePriority() override;
+    void sleepMs(int ms) override;
+
+    RegValue readUserDword(const QString &key, const QString &name) override;
+    bool writeUserDword(const QString &key, const QString &name, quint32 value) override;
+
+    quint32 logicalDrives() override;
+    bool volumeReady(QChar letter) override;
+    DeviceNumberAnswer deviceNumber(QChar letter) override;
+
+    ShellResult shellExecute(const QString &verb, const QString &file,
+                             const QString &parameters, int show) override;
+
+    MemoryStatus memoryStatus() override;
+    bool currentDisplayMode(DisplayMode *mode) override;
+    bool displayMode(int index, DisplayMode *mode) override;
+    bool workArea(WorkArea *area) override;
+    bool setWorkArea(const WorkArea &area) override;
+    void reloadWallpaper() override;
+
+    quint64 foregroundKeyboardLayout() override;
+    QList<quint64> keyboardLayouts() override;
+    QString localeLanguageName(quint32 lcid) override;
+    short asyncKeyState(int vk) override;
+
+    bool registerHotKey(quintptr window, int id, quint32 modifiers, quint32 vk) override;
+    void unregisterHotKey(quintptr window, int id) override;
+    bool installKeyboardHook(std::function<bool(const KeyHookEvent &)> handler) override;
+    void removeKeyboardHook() override;
+    NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) override;
+    void setMessageSink(std::function<void(const NativeMessage &)> sink) override;
+
+private:
+    // Kept only so the interface is honoured: on Windows every message arrives via nativeEvent.
+    std::function<void(const NativeMessage &)> m_sink;
+};

@@ -1,0 +1,25 @@
+# Cross build for Windows: Debian's x86_64-w64-mingw32 compilers (posix threads) and the Qt SDK
+# unpacked at QT_MINGW_PREFIX (pass -DQT_MINGW_PREFIX=...; build.sh does).
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(TOOLCHAIN_PREFIX x86_64-w64-mingw32)
+set(CMAKE_C_COMPILER   /usr/bin/${TOOLCHAIN_PREFIX}-gcc-posix)
+set(CMAKE_CXX_COMPILER /usr/bin/${TOOLCHAIN_PREFIX}-g++-posix)
+set(CMAKE_RC_COMPILER  /usr/bin/${TOOLCHAIN_PREFIX}-windres)
+if(NOT DEFINED QT_MINGW_PREFIX)
+    if(DEFINED ENV{QT_MINGW_PREFIX})
+        set(QT_MINGW_PREFIX $ENV{QT_MINGW_PREFIX})
+    else()
+        set(QT_MINGW_PREFIX /opt/qt5-mingw)
+    endif()
+endif()
+# try_compile runs in a fresh project that does not see our cache; hand the prefix on.
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QT_MINGW_PREFIX)
+set(CMAKE_FIND_ROOT_PATH /usr/${TOOLCHAIN_PREFIX} ${QT_MINGW_PREFIX})
+set(CMAKE_PREFIX_PATH ${QT_MINGW_PREFIX})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+# Test programs of the target (ctest) run through Wine.
+set(CMAKE_CROSSCOMPILING_EMULATOR /usr/bin/wine)
