@@ -77,3 +77,10 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
         }
     }
 }
+
+int mainMenuTop(int screenHeight, int panelTop, int menuHeight)
+{
+    if (screenHeight - panelTop >= menuHeight + 66)
+        return panelTop + 66;
+    return panelTop - menuHeight - 2;
+}

@@ -20,3 +20,7 @@ struct MainMenuParts {
 };
 
 void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts);
+
+// Top of the main menu: below the panel when the room under the panel's top holds it, else
+// above the panel with two pixels between them.
+int mainMenuTop(int screenHeight, int panelTop, int menuHeight);

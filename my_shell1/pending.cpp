@@ -5,25 +5,6 @@
 
 #include <QCloseEvent>
 
-// Launcher
-void my_shell1::createMainMenu() {}
-void my_shell1::createLauncherButtons() {}
-void my_shell1::createFixedButtons() {}
-void my_shell1::openMenu() {}
-void my_shell1::closeMenu() {}
-void my_shell1::closeMenu1() {}
-void my_shell1::startApp(int) {}
-void my_shell1::runTaskList() {}
-void my_shell1::startKeyb() {}
-void my_shell1::startIpConf() {}
-void my_shell1::startTimeEditor() {}
-void my_shell1::startDispConf() {}
-void my_shell1::startTaskManager() {}
-void my_shell1::startExplorer() {}
-void my_shell1::startShot() {}
-void my_shell1::some_button_is_active(int) {}
-void my_shell1::notActiveButtons() {}
-
 // User programs menu
 void my_shell1::refreshClicked() {}
 void my_shell1::userProgram_Cliked() {}
