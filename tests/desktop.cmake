@@ -1,0 +1,1 @@
+kelpie_test(desktop kelpie_desktop kelpie_resources)
