@@ -173,8 +173,8 @@ my_shell1::~my_shell1()
 void my_shell1::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform
-                           | QPainter::HighQualityAntialiasing);
+    // The old high-quality hint is folded into Antialiasing by the toolkit.
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.drawPixmap(0, 0, panelPixmap.scaled(width(), 64, Qt::IgnoreAspectRatio));
     // Down, only the top 3 pixels are on the screen: they show the edge line.
     if (!panelShown)

@@ -1,0 +1,1 @@
+kelpie_test(shell kelpie_core kelpie_resources)
