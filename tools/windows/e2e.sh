@@ -16,6 +16,8 @@ shot=$build/e2e-screenshot.png
 work=$(mktemp -d "${TMPDIR:-/tmp}/kelpie-e2e.XXXXXX")
 export WINEPREFIX=$work/prefix
 export WINEDEBUG=-all
+# No Mono or Gecko installer dialogs in a fresh prefix.
+export WINEDLLOVERRIDES="mscoree,mshtml="
 xvfb_pid=
 shell_pid=
 cleanup() {

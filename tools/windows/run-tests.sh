@@ -16,6 +16,8 @@ winpath() { printf 'Z:%s' "${1//\//\\}"; }
 work=$(mktemp -d "${TMPDIR:-/tmp}/kelpie-wine-tests.XXXXXX")
 export WINEPREFIX=$work/prefix
 export WINEDEBUG=-all
+# No Mono or Gecko installer dialogs in a fresh prefix.
+export WINEDLLOVERRIDES="mscoree,mshtml="
 export WINEPATH="$(winpath "$qt/bin");$(winpath /usr/lib/gcc/x86_64-w64-mingw32/12-posix);$(winpath /usr/x86_64-w64-mingw32/lib)"
 # The suites need no display: Qt runs offscreen and Wine falls back to its null driver.
 unset DISPLAY
