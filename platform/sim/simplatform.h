@@ -1,8 +1,17 @@
 #pragma once
 // A Windows PE machine played by a folder: drives/<LETTER>/ are the drives, registry.reg the
-// registry (regedit export format), machine.ini the rest, journal.log one line per effect.
+// registry (regedit export format), machine.ini the rest, journal.log one line per effect,
+// inbox.txt native messages sent from outside. docs/machine.md describes the folder.
 
 #include "platform/platform.h"
+#include "platform/sim/simmachine.h"
+#include "platform/sim/simregistry.h"
+
+#include <QHash>
+#include <QSet>
+#include <memory>
+
+class QTimer;
 
 class SimPlatform : public Platform {
 public:
@@ -12,4 +21,102 @@ public:
     QString machineFolder() const;
     // Journal lines written so far (tests read them); each is tab-separated, operation first.
     QStringList journal() const;
+    // Appends one line to the journal: the fields joined by tabs (tabs and line breaks inside a
+    // field become blanks).
+    void appendJournal(const QStringList &fields);
+
+    // --- the registry, any hive ("HKEY_LOCAL_MACHINE\system\...", or HKLM\...) ---
+    RegData readValue(const QString &key, const QString &name);
+    QStringList enumKeys(const QString &key);
+    bool keyExists(const QString &key);
+    // Writes and saves at once; false when registry.reg cannot be written.
+    bool writeString(const QString &key, const QString &name, const QString &value);
+    bool writeDword(const QString &key, const QString &name, quint32 value);
+
+    // --- machine.ini, as it stands now ---
+    SimMachineFacts facts() const;
+    SimVolume volume(QChar letter) const;
+    QString firewallState() const;   // "on", "off", "unavailable"
+
+    // --- inbox and keys ---
+    // Reads what was appended to inbox.txt since the last poll and delivers it. A timer calls
+    // this every 200 ms once a sink or hook is set; tests may call it directly.
+    void pollInbox();
+    bool hotKeyRegistered(int id) const;
+    bool keyboardHookInstalled() const;
+
+    // Platform
+    QString hostPath(const QString &drivePath) const override;
+    QString drivePath(const QString &hostPath) const override;
+    bool processNames(QStringList *names) override;
+    void raisePriority() override;
+    void sleepMs(int ms) override;
+    RegValue readUserDword(const QString &key, const QString &name) override;
+    bool writeUserDword(const QString &key, const QString &name, quint32 value) override;
+    quint32 logicalDrives() override;
+    bool volumeReady(QChar letter) override;
+    DeviceNumberAnswer deviceNumber(QChar letter) override;
+    ShellResult shellExecute(const QString &verb, const QString &file, const QString &parameters,
+                             int show) override;
+    MemoryStatus memoryStatus() override;
+    bool currentDisplayMode(DisplayMode *mode) override;
+    bool displayMode(int index, DisplayMode *mode) override;
+    bool workArea(WorkArea *area) override;
+    bool setWorkArea(const WorkArea &area) override;
+    void reloadWallpaper() override;
+    quint64 foregroundKeyboardLayout() override;
+    QList<quint64> keyboardLayouts() override;
+    QString localeLanguageName(quint32 lcid) override;
+    short asyncKeyState(int vk) override;
+    bool registerHotKey(quintptr window, int id, quint32 modifiers, quint32 vk) override;
+    void unregisterHotKey(quintptr window, int id) override;
+    bool installKeyboardHook(std::function<bool(const KeyHookEvent &)> handler) override;
+    void removeKeyboardHook() override;
+    NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) override;
+    void setMessageSink(std::function<void(const NativeMessage &)> sink) override;
+
+    // The answer of the shell execution service for a file, without journalling it.
+    ShellResult startAnswer(const QString &file) const;
+
+    // Identifies one version of a file on disk; equal stamps mean nothing changed.
+    struct FileStamp {
+        bool exists = false;
+        qint64 size = 0;
+        qint64 mtimeNs = 0;
+        quint64 inode = 0;
+        bool operator==(const FileStamp &o) const;
+        bool operator!=(const FileStamp &o) const { return !(*this == o); }
+    };
+    static FileStamp stampOf(const QString &path);
+
+private:
+    const SimMachineFacts &currentFacts() const;
+    SimRegistry &registry();
+    bool saveRegistry();
+    QString driveFolder(QChar letter) const;
+    void deliverInboxLine(const QString &line);
+    void startInboxTimer();
+
+    QString m_root;            // absolute, clean
+    QString m_drivesPrefix;    // m_root + "/drives/"
+    QString m_canonicalDrivesPrefix;
+
+    mutable SimMachineFacts m_facts;
+    mutable FileStamp m_factsStamp;
+    mutable bool m_factsLoaded = false;
+    mutable bool m_workAreaSet = false;
+    WorkArea m_workArea;
+
+    SimRegistry m_registry;
+    FileStamp m_registryStamp;
+    bool m_registryLoaded = false;
+
+    QStringList m_journal;
+
+    QHash<int, QPair<quint32, quint32>> m_hotKeys;   // id -> (modifiers, vk)
+    std::function<bool(const KeyHookEvent &)> m_hook;
+    std::function<void(const NativeMessage &)> m_sink;
+    std::unique_ptr<QTimer> m_inboxTimer;
+    qint64 m_inboxOffset = 0;
+    QSet<int> m_heldKeys;      // virtual keys held while an inbox key event is delivered
 };

@@ -1,0 +1,48 @@
+#pragma once
+// The facts of machine.ini: an INI text of [sections] with key=value lines. Section and key
+// names ignore case; values are trimmed, lists are comma-separated. Every fact has a default,
+// so a missing key, section or file still gives a plausible machine.
+
+#include "platform/platform.h"
+
+#include <QHash>
+#include <QMap>
+
+// What the machine knows of one drive letter ([volume.E]).
+struct SimVolume {
+    bool described = false;      // the file has a section for this letter
+    bool ready = true;
+    QString label;
+    quint32 mediaType = 12;      // MEDIA_TYPE: 11 RemovableMedia, 12 FixedMedia
+    QString vendor;
+    QString product;
+    bool opens = true;           // CreateFileW on "\\.\E:" succeeds
+    bool answersDeviceNumber = false;
+    quint32 deviceType = 7;      // FILE_DEVICE_DISK
+    quint32 diskNumber = 0;
+    quint32 partitionNumber = 1;
+};
+
+struct SimMachineFacts {
+    MemoryStatus memory;
+    DisplayMode currentMode;
+    QList<DisplayMode> modes;
+    QList<quint64> layouts;
+    quint64 foregroundLayout = 0;
+    bool snapshotOk = true;
+    QStringList processes;
+    QString workingDirectory;    // a drive path, "X:/Program Files/kelpie"
+    QString firewall;            // "on", "off" or "unavailable"
+    QHash<QChar, SimVolume> volumes;   // by upper-case letter
+    // Every section (lower case) -> key (lower case) -> value, for facts read later.
+    QMap<QString, QMap<QString, QString>> raw;
+
+    // Reads the INI text; what is missing takes its default.
+    static SimMachineFacts fromIni(const QByteArray &content);
+    static bool parseMode(const QString &text, DisplayMode *mode);   // "1024x768x32@60"
+    static QString modeText(const DisplayMode &mode);
+
+    QString value(const QString &section, const QString &key,
+                  const QString &fallback = QString()) const;
+    SimVolume volume(QChar letter) const;
+};

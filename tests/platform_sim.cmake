@@ -1,0 +1,1 @@
+kelpie_test(platform_sim kelpie_platform Qt5::Widgets)
