@@ -190,6 +190,8 @@ void TestDesktop::gridPlacement_data()
     QTest::newRow("600") << 600 << 8;
     QTest::newRow("768") << 768 << 11;
     QTest::newRow("1080") << 1080 << 16;
+    // The next row landing exactly on the limit is still placed in the same column.
+    QTest::newRow("760 on the limit") << 760 << 11;
 }
 
 void TestDesktop::gridPlacement()
@@ -228,14 +230,14 @@ void TestDesktop::newScreenSizeMovesTitleBoxAndGrid()
              QString("<span style=\"font-size:18px;\"><font color=\"#FFFFFF\"><B>Kelpie</B><br>"
                      "<span style=\"font-size:14px;\"><font color=\"#FFFFFF\">1.0<br></p>"));
 
-    // Halves are rounded down one by one: 683 - 185, not (1367 - 371) / 2.
+    // Halves are rounded down one by one: 683 - 185, not (1366 - 371) / 2.
     d.waitPanel->resize(371, 101);
-    d.screen = QSize(1367, 1080);
+    d.screen = QSize(1366, 1080);
     d.layoutDesktop("Kelpie", "2.0");
-    QCOMPARE(d.desktopWidth, 1367);
+    QCOMPARE(d.desktopWidth, 1366);
     QCOMPARE(d.desktopHeight, 1080);
-    QCOMPARE(d.size(), QSize(1367, 1080));
-    QCOMPARE(d.titleLabel()->geometry(), QRect(937, 50, 390, 200));
+    QCOMPARE(d.size(), QSize(1366, 1080));
+    QCOMPARE(d.titleLabel()->geometry(), QRect(936, 50, 390, 200));
     QCOMPARE(d.waitPanel->pos(), QPoint(683 - 185, 540 - 50));
     QCOMPARE(d.desktopButtons.at(11)->pos(), QPoint(20, 11 * 60 + 20));
     QVERIFY(d.titleLabel()->text().contains("2.0<br></p>"));
