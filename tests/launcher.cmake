@@ -1,0 +1,1 @@
+kelpie_test(launcher kelpie_core kelpie_resources)

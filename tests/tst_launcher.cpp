@@ -1,0 +1,489 @@
+// The launcher: data_shell.cfg's reading rules, the menus and buttons built from it, and what
+// each way of starting hands to the shell's open verb.
+
+#include "testmachine.h"
+#include "testmain.h"
+
+#include "launcher/appstart.h"
+#include "launcher/mainbutton.h"
+#include "launcher/menubuilder.h"
+#include "launcher/my_action.h"
+#include "launcher/my_pushbutton.h"
+#include "launcher/mybutton.h"
+#include "launcher/mymenu.h"
+#include "launcher/shellconfig.h"
+#include "my_shell1/my_shell1.h"
+
+#include <QMouseEvent>
+#include <QScreen>
+#include <memory>
+
+namespace {
+
+const char *cfgPath = "drives/X/Program Files/kelpie/data_shell.cfg";
+
+// The "start" lines of the journal, without the operation name.
+QStringList starts(const TestMachine &m)
+{
+    QStringList out;
+    for (const QString &line : m.sim->journal()) {
+        if (line.startsWith(QLatin1String("start\t")))
+            out.append(line.mid(6));
+    }
+    return out;
+}
+
+QString startLine(const QString &file, const QString &params)
+{
+    return QStringLiteral("open\t%1\t%2\t1").arg(file, params);
+}
+
+QStringList menuTexts(QMenu *menu)
+{
+    QStringList out;
+    for (QAction *a : menu->actions())
+        out.append(a->isSeparator() ? QStringLiteral("--") : a->text());
+    return out;
+}
+
+void sendMouse(QWidget *w, QEvent::Type type, QPoint pos)
+{
+    QMouseEvent e(type, pos, w->mapToGlobal(pos), Qt::LeftButton,
+                  type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(w, &e);
+}
+
+void sendPlain(QWidget *w, QEvent::Type type)
+{
+    QEvent e(type);
+    QApplication::sendEvent(w, &e);
+}
+
+} // namespace
+
+class TestLauncher : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<TestMachine> m;
+
+    MainMenuPass mainPass(const QByteArray &cfg)
+    {
+        m->write(cfgPath, cfg);
+        return shellconfig::readMainMenu();
+    }
+    std::unique_ptr<my_shell1> shell(const QByteArray &cfg)
+    {
+        if (!cfg.isNull())
+            m->write(cfgPath, cfg);
+        return std::make_unique<my_shell1>();
+    }
+
+private slots:
+    void init()
+    {
+        resetGlobals();
+        const QRect screen = QGuiApplication::primaryScreen()->geometry();
+        screenWidth = screen.width();
+        screenHeight = screen.height();
+        m = std::make_unique<TestMachine>();
+    }
+    void cleanup() { m.reset(); }
+
+    // --- reading rules ---
+
+    void commentsAndTheStartUpLine()
+    {
+        const MainMenuPass p = mainPass("; toRun=tool|x\n; version=1\n;title=t\nxtoRun=a|b|c\ntoRun=lonely\n");
+        QCOMPARE(p.toRun.size(), 2);
+        QCOMPARE(p.toRun[0].program, QStringLiteral("; tool"));
+        QCOMPARE(p.toRun[0].arguments, QStringLiteral("x"));
+        QCOMPARE(p.toRun[1].program, QStringLiteral("xa"));
+        QCOMPARE(p.toRun[1].arguments, QStringLiteral("b"));
+        QVERIFY(!p.hasVersion);
+        QVERIFY(!p.hasTitle);
+    }
+
+    void textKeysChainAndLastWins()
+    {
+        const MainMenuPass p = mainPass("version=title=abc\nweb_default= www \nweb_default=second\n");
+        QCOMPARE(p.version, QStringLiteral("title=abc"));
+        QCOMPARE(p.title, QStringLiteral("abc"));
+        QCOMPARE(p.webDefault, QStringLiteral("second"));
+
+        const MainMenuPass q = mainPass("x version=1.0 version=\r\ntitle=Shell\r\n");
+        QCOMPARE(q.version, QStringLiteral("x 1.0 "));   // every occurrence goes, nothing trimmed
+        QCOMPARE(q.title, QStringLiteral("Shell"));      // CR LF leaves nothing behind
+    }
+
+    void menuLinesKeepFileOrderAndFieldRules()
+    {
+        const MainMenuPass p = mainPass(
+            "mainMenu=1|Tools|t.png\n"
+            "menuItem=1|101| Net|i24.png|a.exe||hint|extra\n"
+            "menuItem=0|7|my mainSeparator text|i.png|b.exe|-p|\n"
+            "mainMenu=2|Short\n"
+            "menuItem=1|102|Six|i.png|a.exe|\n"
+            "menuItem=abc|x|Zero|||||\n"
+            "mainSeparator\n"
+            "Système=ignored\n");
+        QCOMPARE(p.menu.size(), 6);
+        QCOMPARE(p.menu[0].kind, MenuLine::SubMenu);
+        QCOMPARE(p.menu[0].id, 1);
+        QCOMPARE(p.menu[1].kind, MenuLine::Item);
+        QCOMPARE(p.menu[1].text, QStringLiteral(" Net"));
+        QCOMPARE(p.menu[1].icon, QStringLiteral("i24.png"));
+        QCOMPARE(p.menu[1].params, QString());
+        QCOMPARE(p.menu[1].hint, QStringLiteral("hint"));
+        // The word inside a text still makes a separator, ahead of the entry, and stays in it.
+        QCOMPARE(p.menu[2].kind, MenuLine::Separator);
+        QCOMPARE(p.menu[3].kind, MenuLine::Item);
+        QCOMPARE(p.menu[3].text, QStringLiteral("my mainSeparator text"));
+        QCOMPARE(p.menu[3].params, QStringLiteral("-p"));
+        // Non-numbers read as 0; the six-field line and the two-field sub-menu are gone.
+        QCOMPARE(p.menu[4].parentId, 0);
+        QCOMPARE(p.menu[4].id, 0);
+        QCOMPARE(p.menu[4].text, QStringLiteral("Zero"));
+        QCOMPARE(p.menu[5].kind, MenuLine::Separator);
+
+        QCOMPARE(shellconfig::splitFields(QStringLiteral("a||b")).size(), 3);
+        QCOMPARE(shellconfig::number(QStringLiteral("12x")), 0);
+        QCOMPARE(shellconfig::number(QStringLiteral("-3")), -3);
+    }
+
+    void utf8IsFixed()
+    {
+        // Bytes that a detector might take for UTF-16 are still read as UTF-8.
+        const MainMenuPass p = mainPass(QByteArray("title=Ch\xc3\xa8vre\n"));
+        QCOMPARE(p.title, QString::fromUtf8("Ch\xc3\xa8vre"));
+    }
+
+    void launcherNumbering()
+    {
+        m->write(cfgPath, "morvaneItem=a|b|c|d|e\n"
+                          ";morvaneItem=a|b|c|d|e|f\n"
+                          "morvaneItem=n|r|c|Tip|p.exe|-q\n"
+                          "menuItem=0|1000|X|i|m.exe||\n"
+                          "morvaneItem=n2|r2|c2|Tip2|q.exe||more\n");
+        const LauncherPass p = shellconfig::readLauncherButtons();
+        QVERIFY(p.opened);
+        QCOMPARE(p.buttons.size(), 2);
+        QCOMPARE(p.buttons[0].id, 1000);
+        QCOMPARE(p.buttons[0].path, QStringLiteral("p.exe"));
+        QCOMPARE(p.buttons[0].params, QStringLiteral("-q"));
+        QCOMPARE(p.buttons[1].id, 1001);
+        QCOMPARE(p.buttons[1].tip, QStringLiteral("Tip2"));
+    }
+
+    void fixedButtonKeys()
+    {
+        m->write(cfgPath, "fixedB3=a.png|Tip|first.exe\n"
+                          "fixedB3=b.png|Tip|second.exe\n"
+                          "fixedB4=short|x\n"
+                          ";fixedB5=c|d|e\n"
+                          "fixedB1=i|t|cmdfixedB2=j|u|v\n");
+        const FixedPass p = shellconfig::readFixedButtons();
+        QCOMPARE(p.buttons[2].command, QStringLiteral("second.exe"));
+        QVERIFY(!p.buttons[3].set);
+        QVERIFY(!p.buttons[4].set);
+        // One line can fill two keys: the first match shortens the line for the next.
+        QCOMPARE(p.buttons[0].command, QStringLiteral("cmdfixedB2=j"));
+        QCOMPARE(p.buttons[1].command, QStringLiteral("cmdj"));
+    }
+
+    void missingFile()
+    {
+        QVERIFY(!shellconfig::readMainMenu().opened);
+        QVERIFY(!shellconfig::readLauncherButtons().opened);
+        QVERIFY(!shellconfig::readFixedButtons().opened);
+    }
+
+    // --- start rules ---
+
+    void mediumStartEntry_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<bool>("removable");
+        QTest::addColumn<int>("disk");
+        QTest::addColumn<QString>("args");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("disk 1") << "Zembra.exe" << true << 1 << " -a" << "-xd=1 -a";
+        QTest::newRow("disk 0, empty") << "tools\\ZEMBRA" << true << 0 << "" << "-xd=0 ";
+        QTest::newRow("disk -1") << "Zembra.exe" << true << -1 << " -a" << " -a";
+        QTest::newRow("not removable") << "Zembra.exe" << false << 1 << " -a" << " -a";
+        QTest::newRow("other tool") << "other.exe" << true << 1 << " -a" << " -a";
+    }
+    void mediumStartEntry()
+    {
+        QFETCH(QString, program);
+        QFETCH(bool, removable);
+        QFETCH(int, disk);
+        QFETCH(QString, args);
+        QFETCH(QString, expected);
+        RunEntry e;
+        QVERIFY(appstart::mediumStartEntry(program, args, removable, disk, &e));
+        QCOMPARE(e.program, program);
+        QCOMPARE(e.arguments, expected);
+        QVERIFY(!appstart::mediumStartEntry(QString(), args, removable, disk, &e));
+    }
+
+    void pathRules()
+    {
+        QCOMPARE(appstart::taskListPath(QStringLiteral("Net.EXE")),
+                 QStringLiteral("x:\\program files\\kelpie\\Net.EXE.exe"));
+        QCOMPARE(appstart::taskListPath(QStringLiteral("my.exe.bak")),
+                 QStringLiteral("x:\\program files\\kelpie\\my.exe.bak"));
+        QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")),
+                 QStringLiteral("icons/32/net32.png"));
+        QCOMPARE(mainMenuTop(768, 704, 500), 704 - 500 - 2);
+        QCOMPARE(mainMenuTop(768, 0, 500), 66);
+        QCOMPARE(mainMenuTop(768, 202, 500), 268);   // exactly room for it below
+    }
+
+    // --- the panel ---
+
+    void menuWithoutFile()
+    {
+        auto s = shell(QByteArray());
+        const QStringList texts = menuTexts(s->mainMenu);
+        QCOMPARE(texts.mid(0, 2), QStringList({"About Kelpie", "--"}));
+        QCOMPARE(texts.mid(texts.size() - 3), QStringList({"Run...", "Load Driver", "Turn Off Computer"}));
+        QVERIFY(s->appList.isEmpty());
+        QVERIFY(toRunList.isEmpty());
+        QVERIFY(s->findChildren<MyButton *>().isEmpty());
+        for (my_PushButton *b : {s->keyboardButton, s->timeButton, s->displayButton,
+                                 s->taskManagerButton, s->explorerButton, s->shotButton})
+            QVERIFY(b->isHidden());
+    }
+
+    void menuFromFile()
+    {
+        appRun = QStringLiteral("Zembra.exe");
+        appArg = QStringLiteral(" -a");
+        removableBoot = true;
+        mediumDiskNumber = 1;
+        auto s = shell("menuItem=1|100|Early|i.png|early.exe||\n"
+                       "toRun=net|-x\n"
+                       "mainMenu=1|Tools|t.png\n"
+                       "mainMenu=0|Orphans|o.png\n"
+                       "menuItem=1|101|Ping|p24.png|ping.exe|-t|Sends pings\n"
+                       "mainSeparator\n"
+                       "menuItem=0|5|Direct|d.png|tools/d.exe|a/b|\n"
+                       "menuItem=9|6|Lost|d.png|lost.exe||\n"
+                       "menuItem=-1|8|Unplaced|d.png|u.exe||\n");
+        const QStringList texts = menuTexts(s->mainMenu);
+        const int about = texts.indexOf(QStringLiteral("About Kelpie"));
+        QCOMPARE(texts.mid(about, 6),
+                 QStringList({"About Kelpie", "--", "Tools", "Orphans", "--", "Direct"}));
+        QCOMPARE(s->menuActions.size(), 2);
+        QCOMPARE(s->subMenus.size(), 2);
+        QCOMPARE(menuTexts(s->subMenus[0]), QStringList({"Ping"}));
+        QVERIFY(s->subMenus[1]->actions().isEmpty());
+
+        auto *ping = qobject_cast<my_Action *>(s->subMenus[0]->actions().at(0));
+        QVERIFY(ping);
+        QCOMPARE(ping->id, 101);
+        QCOMPARE(ping->menu, s->subMenus[0]);
+        QCOMPARE(ping->hint, QStringLiteral("Sends pings"));
+        auto *direct = qobject_cast<my_Action *>(s->mainMenu->actions().at(about + 5));
+        QVERIFY(direct && !direct->menu);
+
+        QCOMPARE(s->appList.size(), 2);   // forward reference, unknown and negative parents: none
+        QCOMPARE(s->appList[0].id, 101);
+        QCOMPARE(s->appList[1].id, 5);
+
+        QCOMPARE(toRunList.size(), 2);
+        QCOMPARE(toRunList[0].program, QStringLiteral("net"));
+        QCOMPARE(toRunList[1].program, QStringLiteral("Zembra.exe"));
+        QCOMPARE(toRunList[1].arguments, QStringLiteral("-xd=1 -a"));
+
+        // A click on the entry reaches startApp: slashes turn, parameters stay.
+        direct->trigger();
+        ping->trigger();
+        QCOMPARE(starts(*m), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t")}));
+    }
+
+    void startAppRecords()
+    {
+        const QString longPath = QStringLiteral("C:/") + QString(297, QLatin1Char('p'));
+        const QString longParams = QString(300, QLatin1Char('q'));
+        auto s = shell(QByteArray());
+        s->appList = {{1, QStringLiteral("#mapdrive"), QStringLiteral("/x")},
+                      {2, QString(), QStringLiteral("-a")},
+                      {3, longPath, longParams},
+                      {3, QStringLiteral("second.exe"), QString()}};
+        s->startApp(1);
+        s->startApp(1);
+        s->startApp(2);
+        s->startApp(42);
+        s->startApp(3);
+        QCOMPARE(s->appList[0].path, QStringLiteral("mapDrive.exe"));
+        QString winLong = longPath;
+        winLong.replace(QLatin1Char('/'), QLatin1Char('\\'));
+        QCOMPARE(starts(*m), QStringList({startLine("mapDrive.exe", "/x"), startLine("mapDrive.exe", "/x"),
+                                          startLine(winLong, longParams)}));
+    }
+
+    void menuItemShadowsLauncherButton()
+    {
+        auto s = shell("menuItem=0|1000|Menu|i.png|menu.exe||\n"
+                       "morvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n");
+        const QList<MyButton *> buttons = s->findChildren<MyButton *>();
+        QCOMPARE(buttons.size(), 1);
+        QCOMPARE(buttons[0]->id, 1000);
+        QCOMPARE(buttons[0]->pos(), QPoint(110, 35));
+        emit buttons[0]->mButtonClicked(1000);
+        QCOMPARE(starts(*m), QStringList({startLine("menu.exe", "")}));
+    }
+
+    void runTaskListQueue()
+    {
+        auto s = shell("toRun=Net.EXE|-x\ntoRun=my.exe.bak|\n");
+        s->runTaskList();
+        QCOMPARE(starts(*m),
+                 QStringList({startLine("x:\\program files\\kelpie\\Net.EXE.exe", "-x"),
+                              startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
+        QVERIFY(toRunList.isEmpty());
+        s->runTaskList();
+        QCOMPARE(starts(*m).size(), 2);
+
+        toRunList = {{QStringLiteral("a"), QString()}};
+        secondInstance = true;
+        s->runTaskList();
+        QCOMPARE(starts(*m).size(), 2);
+    }
+
+    void fixedButtonsFromFile()
+    {
+        auto s = shell("fixedB3=t.png|Tasks|tm.exe\nfixedB5=s.png|Shot|shot.exe\n");
+        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()));
+        QVERIFY(s->shotButton->isVisibleTo(s.get()));
+        QVERIFY(s->timeButton->isHidden());
+        QVERIFY(s->keyboardButton->isHidden());
+        QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
+        QVERIFY(s->explorerButton->toolTip().contains(QLatin1String("Explore My Computer")));
+        s->taskManagerButton->click();
+        s->shotButton->click();
+        s->startTimeEditor();   // reachable from the clock with nothing set
+        s->noAdapterButton->click();
+        QCOMPARE(starts(*m), QStringList({startLine("tm.exe", ""), startLine("shot.exe", ""),
+                                          startLine("", ""), startLine("IPcfg.exe", "")}));
+    }
+
+    void menuOpensAboveWhenTooTall()
+    {
+        QByteArray cfg;
+        for (int i = 0; i < 8; ++i)
+            cfg += QByteArray("menuItem=0|") + QByteArray::number(i + 1) + "|Entry|i.png|e.exe||\n";
+        auto s = shell(cfg);
+        s->show();
+        s->move(0, screenHeight - 64);
+        const int h = s->mainMenu->sizeHint().height();
+        QVERIFY2(h + 66 > 64, "the menu must be taller than the room below");
+        QRect seen;
+        QTimer::singleShot(0, s.get(), [&] {
+            seen = s->mainMenu->geometry();
+            s->mainMenu->close();
+        });
+        s->startButton->menuRunning = true;
+        s->openMenu();
+        QCOMPARE(seen.height(), h);
+        QCOMPARE(seen.bottom() + 1 + 2, s->y());
+        QVERIFY(!s->startButton->menuRunning);
+
+        s->move(0, 0);
+        QTimer::singleShot(0, s.get(), [&] {
+            seen = s->mainMenu->geometry();
+            s->mainMenu->close();
+        });
+        s->openMenu();
+        QCOMPARE(seen.top(), 66);
+    }
+
+    void hoverChain()
+    {
+        auto s = shell("morvaneItem=a|b|c|t0|p0|\nmorvaneItem=a|b|c|t1|p1|\n"
+                       "morvaneItem=a|b|c|t2|p2|\nmorvaneItem=a|b|c|t3|p3|\n");
+        QList<MyButton *> b = s->findChildren<MyButton *>();
+        std::sort(b.begin(), b.end(), [](MyButton *x, MyButton *y) { return x->id < y->id; });
+        QCOMPARE(b.size(), 4);
+        const QRect rest[4] = {b[0]->geometry(), b[1]->geometry(), b[2]->geometry(), b[3]->geometry()};
+        QCOMPARE(rest[3], QRect(110 + 3 * 38, 35, 24, 24));
+        auto nearRect = [&](int i) { return QRect(rest[i].topLeft() + QPoint(-6, -10), QSize(32, 32)); };
+        auto hoverRect = [&](int i) { return QRect(rest[i].topLeft() + QPoint(-14, -30), QSize(48, 54)); };
+
+        sendPlain(b[1], QEvent::Enter);
+        QCOMPARE(b[1]->geometry(), hoverRect(1));
+        QVERIFY(b[1]->hovered);
+        QCOMPARE(b[0]->geometry(), nearRect(0));
+        QCOMPARE(b[2]->geometry(), nearRect(2));
+        QCOMPARE(b[3]->geometry(), rest[3]);
+
+        sendPlain(b[1], QEvent::Leave);
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(b[i]->geometry(), rest[i]);
+        sendPlain(b[2], QEvent::Enter);
+        QCOMPARE(b[2]->geometry(), hoverRect(2));
+        QCOMPARE(b[1]->geometry(), nearRect(1));
+        QCOMPARE(b[3]->geometry(), nearRect(3));
+        QCOMPARE(b[0]->geometry(), rest[0]);
+    }
+
+    void pressThenReleaseElsewhereStarts()
+    {
+        displayHeight = 600;
+        auto s = shell("morvaneItem=a|b|c|t|far.exe|-z\n");
+        MyButton *b = s->findChildren<MyButton *>().at(0);
+        const QPoint restPos = b->pos();
+        sendMouse(b, QEvent::MouseButtonPress, QPoint(5, 6));
+        QCOMPARE(b->geometry(), QRect(restPos + QPoint(-15, -31), QSize(50, 56)));
+        QCOMPARE(dragOffset, QPoint(b->x() + 5, 600 - 90 + 6));
+        sendMouse(b, QEvent::MouseButtonRelease, QPoint(500, 400));
+        QCOMPARE(b->geometry(), QRect(restPos + QPoint(-14, -30), QSize(48, 54)));
+        QCOMPARE(starts(*m), QStringList({startLine("far.exe", "-z")}));
+    }
+
+    void startButtonStates()
+    {
+        mainButton b;
+        QCOMPARE(b.state, 2);
+        QVERIFY(b.opened);
+        QSignalSpy open(&b, &mainButton::needOpenMenu);
+        QSignalSpy close(&b, &mainButton::needCloseMenu);
+
+        sendMouse(&b, QEvent::MouseButtonPress, QPoint(10, 10));   // open -> closed, hover
+        QCOMPARE(b.state, 1);
+        QVERIFY(!b.opened);
+        sendMouse(&b, QEvent::MouseButtonRelease, QPoint(10, 10));
+        QCOMPARE(close.count(), 1);
+        sendPlain(&b, QEvent::Leave);
+        QCOMPARE(b.state, 0);
+        sendPlain(&b, QEvent::Enter);
+        QCOMPARE(b.state, 1);
+        sendMouse(&b, QEvent::MouseButtonPress, QPoint(10, 10));
+        QCOMPARE(b.state, 2);
+        QVERIFY(b.opened && b.menuRunning);
+        sendMouse(&b, QEvent::MouseButtonRelease, QPoint(10, 10));
+        QCOMPARE(open.count(), 1);
+        sendPlain(&b, QEvent::Leave);   // opened: looks stay pressed
+        QCOMPARE(b.state, 2);
+    }
+
+    void rainbowPulse()
+    {
+        mainButton b;
+        QList<int> states;
+        for (int i = 0; i < 11; ++i) {
+            b.rainbowStep();
+            states.append(b.state);
+        }
+        QCOMPARE(states, QList<int>({0, 5, 6, 7, 8, 9, 8, 7, 6, 5, 0}));
+        QCOMPARE(b.rainbowTimer->interval(), 100);
+        for (int i = 0; i < 11; ++i)
+            b.rainbowStep();
+        QCOMPARE(b.rainbowTimer->interval(), 10000);
+        QCOMPARE(b.rainbowRound, 1);
+    }
+};
+
+KELPIE_TEST_MAIN(TestLauncher)
+#include "tst_launcher.moc"
