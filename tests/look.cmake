@@ -1,0 +1,1 @@
+kelpie_test(look kelpie_look kelpie_resources)
