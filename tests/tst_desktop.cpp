@@ -93,7 +93,6 @@ private slots:
     void missingFolderGivesEmptyDesktop();
     void removeDeletesFileAndSavedCopy();
     void removeStillDeletesSavedCopyWhenFileStays();
-    void removeWithoutSavedVolume();
     void startLinkMessages_data();
     void startLinkMessages();
     void startLinkShowsBoxForMissingFile_data();
@@ -160,8 +159,6 @@ void TestDesktop::labelIsNameUpToFirstPoint()
     QCOMPARE(b->text(), QString("Report"));
     QVERIFY2(b->path.compare("X:/Users/Default/Desktop/Report.final.lnk", Qt::CaseInsensitive) == 0,
              qPrintable(b->path));
-    QCOMPARE(b->iconSize(), QSize(32, 32));
-    QCOMPARE(b->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
 }
 
 void TestDesktop::subFolderOpensThroughTheShell()
@@ -304,6 +301,13 @@ void TestDesktop::removeDeletesFileAndSavedCopy()
     QVERIFY(QFile::exists(root + "drives/E/Desktop.1/Users/Default/Desktop/b.lnk"));
     QCOMPARE(visibleTexts(d), QStringList{"b"});
     QCOMPARE(refreshed.count(), 0);
+
+    // Without a saved volume only the file itself goes.
+    savedVolumeLetter.clear();
+    d.desktopButtons.at(0)->remove_Slot();
+    QVERIFY(!QFile::exists(root + desktopFolder + "b.lnk"));
+    QVERIFY(QFile::exists(root + "drives/E/Desktop.1/Users/Default/Desktop/b.lnk"));
+    QCOMPARE(d.desktopCount, 0);
 }
 
 void TestDesktop::removeStillDeletesSavedCopyWhenFileStays()
@@ -325,29 +329,12 @@ void TestDesktop::removeStillDeletesSavedCopyWhenFileStays()
     QCOMPARE(d.desktopCount, 1);
 }
 
-void TestDesktop::removeWithoutSavedVolume()
-{
-    TestMachine m;
-    m.write(desktopFolder + "a.lnk", "x");
-    ScreenDesktop d;
-    d.layoutDesktop("T", "V");
-    d.desktopButtons.at(0)->remove_Slot();
-    QVERIFY(!QFile::exists(m.folder() + "/" + desktopFolder + "a.lnk"));
-    QCOMPARE(d.desktopCount, 0);
-}
-
 void TestDesktop::startLinkMessages_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("tail");
     QTest::newRow("0") << 0 << "The operating system is out of memory or resources.";
     QTest::newRow("2") << 2 << "The specified file was not found.";
-    QTest::newRow("11") << 11
-                        << "The .exe file is invalid (non-Microsoft Win32 .exe or error in .exe "
-                           "image).";
-    QTest::newRow("30") << 30
-                        << "The Dynamic Data Exchange (DDE) transaction could not be completed "
-                           "because other DDE transactions were being processed.";
     QTest::newRow("31") << 31
                         << "There is no application associated with the given file name "
                            "extension. This error will also be returned if you attempt to print "
@@ -357,7 +344,6 @@ void TestDesktop::startLinkMessages_data()
     QTest::newRow("1") << 1 << QString();
     QTest::newRow("4") << 4 << QString();
     QTest::newRow("33") << 33 << QString();
-    QTest::newRow("42") << 42 << QString();
     QTest::newRow("-2") << -2 << QString();
 }
 
@@ -475,9 +461,6 @@ void TestDesktop::panelAndRemoveButtonSignals()
     TestMachine m;
     ScreenDesktop d;
     QCOMPARE(d.waitPanel, d.findChild<QWidget *>("widget"));
-    QCOMPARE(d.label()->text(), QString("Trying to setup static IP. Please wait..."));
-    QCOMPARE(d.label_3()->text(), QString("1"));
-    QCOMPARE(d.label_4()->text(), QString("5"));
 
     QSignalSpy stop(&d, &dektopWidget::needStopOperation);
     d.toolButton()->click();
@@ -507,7 +490,6 @@ void TestDesktop::contextMenuEntries()
 {
     TestMachine m;
     ScreenDesktop d;
-    QCOMPARE(d.contextMenuPolicy(), Qt::CustomContextMenu);
     const QList<QAction *> actions = d.contextMenu->actions();
     QCOMPARE(actions.size(), 2);
     QCOMPARE(actions.at(0)->text(), QString("Create Shortcut"));
