@@ -4,6 +4,8 @@
 #include "testmachine.h"
 #include "testmain.h"
 
+#include <memory>
+
 class TstPlatformSim : public QObject {
     Q_OBJECT
 
@@ -551,6 +553,71 @@ private slots:
         f.close();
         sim.pollInbox();
         QCOMPARE(texts, QStringList{QStringLiteral("a")});
+    }
+    void demoMachineStartsWhatItOffers()
+    {
+        SimPlatform demo(QStringLiteral(KELPIE_SOURCE_DIR "/demo/machine"));
+        QCOMPARE(demo.readUserDword(QStringLiteral("Software\\Morvane Works"), QStringLiteral("WinPE")).data, 1u);
+        QCOMPARE(demo.logicalDrives(), (1u << 2) | (1u << 4) | (1u << 23));
+        QCOMPARE(demo.volume(QLatin1Char('E')).mediaType, 11u);
+        QCOMPARE(demo.deviceNumber(QLatin1Char('E')).deviceNumber, 1u);
+        QCOMPARE(demo.keyboardLayouts().size(), 2);
+        DisplayMode mode;
+        QVERIFY(demo.displayMode(5, &mode));
+        QVERIFY(!demo.displayMode(6, &mode));
+
+        QFile cfg(demo.hostPath(QStringLiteral("data_shell.cfg")));
+        QVERIFY(cfg.open(QIODevice::ReadOnly));
+        int programs = 0;
+        for (QByteArray raw : cfg.readAll().split('\n')) {
+            const QString line = QString::fromUtf8(raw).remove(QLatin1Char('\r'));
+            const QStringList f = line.mid(line.indexOf(QLatin1Char('=')) + 1).split(QLatin1Char('|'));
+            QString program;
+            if (line.startsWith(QLatin1String("menuItem=")))
+                program = f.value(4) == QLatin1String("#mapdrive") ? QStringLiteral("mapDrive.exe") : f.value(4);
+            else if (line.startsWith(QLatin1String("morvaneItem=")))
+                program = f.value(4);
+            else if (line.startsWith(QLatin1String("fixedB")))
+                program = f.value(2);
+            else if (line.startsWith(QLatin1String("toRun=")))
+                program = QStringLiteral("x:\\program files\\kelpie\\") + f.value(0) + QStringLiteral(".exe");
+            else
+                continue;
+            ++programs;
+            QVERIFY2(demo.startAnswer(program).code == 42, qPrintable(program));
+        }
+        QVERIFY(programs >= 20);
+        // the medium's own start entry and the tools the shell names
+        for (const char *p : {"x:\\program files\\kelpie\\Zembra.exe", "DisplayRes.exe", "InstallDriver.exe",
+                              "RunTask.exe", "IPcfg.exe", "mapDrive.exe", "createShortcut.exe",
+                              "x:/program files/kelpie/start_ip.cmd", "osk.exe"})
+            QVERIFY2(demo.startAnswer(QLatin1String(p)).code == 42, p);
+        QVERIFY(demo.journal().isEmpty());
+    }
+
+    void defaultPlatformUsesTheNamedMachineOrACopyOfTheDemo()
+    {
+        QTemporaryDir named;
+        qputenv("KELPIE_MACHINE", named.path().toUtf8());
+        std::unique_ptr<Platform> p(createDefaultPlatform());
+        auto *sim = dynamic_cast<SimPlatform *>(p.get());
+        QVERIFY(sim);
+        QCOMPARE(sim->machineFolder(), QDir::cleanPath(named.path()));
+
+        qunsetenv("KELPIE_MACHINE");
+        p.reset(createDefaultPlatform());
+        sim = dynamic_cast<SimPlatform *>(p.get());
+        QVERIFY(sim);
+        const QString copy = sim->machineFolder();
+        QVERIFY(!copy.startsWith(QStringLiteral(KELPIE_SOURCE_DIR)));
+        QVERIFY(QFileInfo(sim->hostPath(QStringLiteral("data_shell.cfg"))).isFile());
+        QVERIFY(QFileInfo(sim->hostPath(QStringLiteral("e:/_kelpie.ini"))).isFile());
+        // a write lands in the copy, not in the source tree
+        QVERIFY(sim->writeUserDword(QStringLiteral("Software\\Morvane Works"), QStringLiteral("WinPE"), 0));
+        SimPlatform source(QStringLiteral(KELPIE_SOURCE_DIR "/demo/machine"));
+        QCOMPARE(source.readUserDword(QStringLiteral("Software\\Morvane Works"), QStringLiteral("WinPE")).data, 1u);
+        p.reset();
+        QVERIFY(QDir(copy).removeRecursively());
     }
 };
 
