@@ -60,15 +60,12 @@ void TestStatusText::colour_data()
     QTest::newRow("1") << 1u << c16;
     QTest::newRow("2") << 2u << c256;
     QTest::newRow("4") << 4u << c256;
-    QTest::newRow("8") << 8u << c256;
     QTest::newRow("9") << 9u << c256;
     QTest::newRow("10") << 10u << high;
-    QTest::newRow("16") << 16u << high;
     QTest::newRow("19") << 19u << high;
     QTest::newRow("20 falls between the tests") << 20u << c16;
     QTest::newRow("21") << 21u << truec;
     QTest::newRow("24 goes by range") << 24u << truec;
-    QTest::newRow("32") << 32u << truec;
 }
 
 void TestStatusText::colour()
@@ -84,7 +81,6 @@ void TestStatusText::refresh()
     QCOMPARE(refreshText(1), QStringLiteral("Default&nbsp;Refresh"));
     QCOMPARE(refreshText(2), QStringLiteral("2&nbsp;Hertz"));
     QCOMPARE(refreshText(60), QStringLiteral("60&nbsp;Hertz"));
-    QCOMPARE(refreshText(144), QStringLiteral("144&nbsp;Hertz"));
 }
 
 void TestStatusText::tooltip()
@@ -145,15 +141,12 @@ void TestStatusText::language_data()
 {
     QTest::addColumn<int>("id");
     QTest::addColumn<QString>("code");
-    const struct {
-        int id;
-        const char *code;
-    } rows[] = {{1028, "TW"}, {1030, "DK"}, {1031, "DE"}, {1033, "EN"}, {1034, "ES"},
-                {1035, "FI"}, {1036, "FR"}, {1040, "IT"}, {1041, "JP"}, {1042, "KR"},
-                {1043, "NL"}, {1044, "NO"}, {1049, "RU"}, {1053, "SE"}, {2052, "CN"},
-                {2055, "SH"}, {2070, "PT"}, {3076, "HK"}};
-    for (const auto &r : rows)
-        QTest::newRow(qPrintable(QString::number(r.id))) << r.id << QString(r.code);
+    // A few rows across the table; the rest is the same lookup.
+    QTest::newRow("first row") << 1028 << "TW";
+    QTest::newRow("RU") << 1049 << "RU";
+    QTest::newRow("last of the 0x04 rows") << 1053 << "SE";
+    QTest::newRow("CN") << 2052 << "CN";
+    QTest::newRow("last row") << 3076 << "HK";
     QTest::newRow("1032 lies inside the table's range but is missing") << 1032 << "EN";
     QTest::newRow("1029 lies between two rows") << 1029 << "EN";
     QTest::newRow("0") << 0 << "EN";
