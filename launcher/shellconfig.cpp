@@ -10,11 +10,12 @@ namespace shellconfig {
 
 namespace {
 
-void note(QList<ConfigNote> *notes, int line, const QString &text)
-{
-    if (notes)
-        notes->append({line, text});
-}
+// The text is built only when someone collects notes: reading must stay cheap.
+#define NOTE(notes, line, text)                 \
+    do {                                        \
+        if (notes)                              \
+            (notes)->append({(line), (text)});  \
+    } while (0)
 
 // Calls f for each line of the file with every CR and LF taken out; false if it won't open.
 template <typename F>
@@ -66,39 +67,39 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
         line.remove(kToRun);
         const QStringList f = splitFields(line);
         if (f.size() < 2) {
-            note(notes, lineNo, QStringLiteral("toRun= with %1 field(s), 2 needed: ignored").arg(f.size()));
+            NOTE(notes, lineNo, QStringLiteral("toRun= with %1 field(s), 2 needed: ignored").arg(f.size()));
             return;
         }
         pass->toRun.append({f.at(0), f.at(1)});
-        note(notes, lineNo, QStringLiteral("start-up program \"%1\" with arguments \"%2\"").arg(f.at(0), f.at(1)));
+        NOTE(notes, lineNo, QStringLiteral("start-up program \"%1\" with arguments \"%2\"").arg(f.at(0), f.at(1)));
     }
     if (line.startsWith(QLatin1Char(';'))) {
-        note(notes, lineNo, QStringLiteral("comment"));
+        NOTE(notes, lineNo, QStringLiteral("comment"));
         return;
     }
     if (line.contains(kVersion)) {
         line.remove(kVersion);
         pass->version = line;
         pass->hasVersion = true;
-        note(notes, lineNo, QStringLiteral("version \"%1\"").arg(line));
+        NOTE(notes, lineNo, QStringLiteral("version \"%1\"").arg(line));
     }
     if (line.contains(kTitle)) {
         line.remove(kTitle);
         pass->title = line;
         pass->hasTitle = true;
-        note(notes, lineNo, QStringLiteral("title \"%1\"").arg(line));
+        NOTE(notes, lineNo, QStringLiteral("title \"%1\"").arg(line));
     }
     if (line.contains(kWeb)) {
         line.remove(kWeb);
         pass->webDefault = line;
         pass->hasWebDefault = true;
-        note(notes, lineNo, QStringLiteral("web text \"%1\"").arg(line));
+        NOTE(notes, lineNo, QStringLiteral("web text \"%1\"").arg(line));
     }
     if (line.contains(kMainMenu)) {
         line.remove(kMainMenu);
         const QStringList f = splitFields(line);
         if (f.size() < 3) {
-            note(notes, lineNo, QStringLiteral("mainMenu= with %1 field(s), 3 needed: ignored").arg(f.size()));
+            NOTE(notes, lineNo, QStringLiteral("mainMenu= with %1 field(s), 3 needed: ignored").arg(f.size()));
             return;
         }
         MenuLine m;
@@ -108,21 +109,21 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
         m.text = f.at(1);
         m.icon = f.at(2);
         pass->menu.append(m);
-        note(notes, lineNo, QStringLiteral("sub-menu %1 \"%2\"").arg(m.id).arg(m.text));
+        NOTE(notes, lineNo, QStringLiteral("sub-menu %1 \"%2\"").arg(m.id).arg(m.text));
     }
     if (line.contains(kSeparator)) {
         MenuLine m;
         m.kind = MenuLine::Separator;
         m.line = lineNo;
         pass->menu.append(m);
-        note(notes, lineNo, QStringLiteral("separator"));
+        NOTE(notes, lineNo, QStringLiteral("separator"));
     }
     if (!line.contains(kMenuItem))
         return;
     line.remove(kMenuItem);
     const QStringList f = splitFields(line);
     if (f.size() < 7) {
-        note(notes, lineNo, QStringLiteral("menuItem= with %1 field(s), 7 needed: ignored").arg(f.size()));
+        NOTE(notes, lineNo, QStringLiteral("menuItem= with %1 field(s), 7 needed: ignored").arg(f.size()));
         return;
     }
     MenuLine m;
@@ -136,7 +137,7 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
     m.params = f.at(5);
     m.hint = f.at(6);
     pass->menu.append(m);
-    note(notes, lineNo, QStringLiteral("menu entry %1 \"%2\" under %3 starts \"%4\" \"%5\"")
+    NOTE(notes, lineNo, QStringLiteral("menu entry %1 \"%2\" under %3 starts \"%4\" \"%5\"")
                             .arg(m.id).arg(m.text).arg(m.parentId).arg(m.path, m.params));
 }
 
@@ -148,7 +149,7 @@ void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pa
         return;
     const QStringList f = splitFields(QString(line).remove(kItem));
     if (f.size() < 6) {
-        note(notes, lineNo, QStringLiteral("morvaneItem= with %1 field(s), 6 needed: ignored").arg(f.size()));
+        NOTE(notes, lineNo, QStringLiteral("morvaneItem= with %1 field(s), 6 needed: ignored").arg(f.size()));
         return;
     }
     LauncherLine b;
@@ -161,7 +162,7 @@ void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pa
     b.path = f.at(4);
     b.params = f.at(5);
     pass->buttons.append(b);
-    note(notes, lineNo, QStringLiteral("launcher button %1 starts \"%2\" \"%3\"").arg(b.id).arg(b.path, b.params));
+    NOTE(notes, lineNo, QStringLiteral("launcher button %1 starts \"%2\" \"%3\"").arg(b.id).arg(b.path, b.params));
 }
 
 void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<ConfigNote> *notes)
@@ -169,14 +170,17 @@ void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<Config
     if (rawLine.startsWith(QLatin1Char(';')))
         return;
     QString line = rawLine;
+    static const QString keys[5] = {QStringLiteral("fixedB1="), QStringLiteral("fixedB2="),
+                                    QStringLiteral("fixedB3="), QStringLiteral("fixedB4="),
+                                    QStringLiteral("fixedB5=")};
     for (int i = 0; i < 5; ++i) {
-        const QString key = QStringLiteral("fixedB%1=").arg(i + 1);
+        const QString &key = keys[i];
         if (!line.contains(key))
             continue;
         line.remove(key);
         const QStringList f = splitFields(line);
         if (f.size() < 3) {
-            note(notes, lineNo, QStringLiteral("%1 with %2 field(s), 3 needed: ignored").arg(key).arg(f.size()));
+            NOTE(notes, lineNo, QStringLiteral("%1 with %2 field(s), 3 needed: ignored").arg(key).arg(f.size()));
             return;
         }
         FixedButtonSetting &s = pass->buttons[i];
@@ -185,7 +189,7 @@ void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<Config
         s.icon = f.at(0);
         s.tip = f.at(1);
         s.command = f.at(2);
-        note(notes, lineNo, QStringLiteral("fixed button %1 runs \"%2\"").arg(i + 1).arg(s.command));
+        NOTE(notes, lineNo, QStringLiteral("fixed button %1 runs \"%2\"").arg(i + 1).arg(s.command));
     }
 }
 
