@@ -48,6 +48,12 @@ private slots:
                  x + QStringLiteral("/Program Files/Kelpie/"));
         QCOMPARE(m.sim->hostPath(QStringLiteral("\\\\?\\X:\\program files")), x + QStringLiteral("/Program Files"));
         QCOMPARE(m.sim->hostPath(QString()), QString());
+        // a file made after a lookup is found in its own spelling
+        QCOMPARE(m.sim->hostPath(QStringLiteral("X:/program files/kelpie/later.txt")),
+                 x + QStringLiteral("/Program Files/Kelpie/later.txt"));
+        m.write(QStringLiteral("drives/X/Program Files/Kelpie/LATER.txt"), "x");
+        QCOMPARE(m.sim->hostPath(QStringLiteral("X:/program files/kelpie/later.txt")),
+                 x + QStringLiteral("/Program Files/Kelpie/LATER.txt"));
         // a host path of this machine is left alone
         const QString host = x + QStringLiteral("/Program Files/Kelpie/Data_Shell.cfg");
         QCOMPARE(m.sim->hostPath(host), host);

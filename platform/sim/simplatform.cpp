@@ -60,18 +60,6 @@ QString journalField(QString s)
     return s;
 }
 
-// The entry of folder whose name equals name ignoring case, the first in name order.
-QString entryIgnoringCase(const QString &folder, const QString &name)
-{
-    const QStringList entries = QDir(folder).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QString &e : entries) {
-        if (e.compare(name, Qt::CaseInsensitive) == 0)
-            return e;
-    }
-    return QString();
-}
-
 bool isDrivePath(const QString &p)
 {
     return p.size() >= 2 && p[1] == QLatin1Char(':') && p[0].isLetter() && p[0].unicode() < 128;
@@ -181,6 +169,32 @@ QString SimPlatform::firewallState() const
 
 // --- paths ---
 
+QString SimPlatform::entryIgnoringCase(const QString &folder, const QString &name) const
+{
+    // Listings are kept while the folder's own stamp stays the same: a folder changes its
+    // modification time whenever an entry is added, removed or renamed.
+    const FileStamp stamp = stampOf(folder);
+    auto it = m_listings.find(folder);
+    if (it == m_listings.end() || it->stamp != stamp) {
+        if (m_listings.size() > 4096)
+            m_listings.clear();
+        Listing l;
+        l.stamp = stamp;
+        const QStringList entries = QDir(folder).entryList(
+            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        for (const QString &e : entries) {
+            l.names.insert(e);
+            const QString key = e.toLower();
+            if (!l.byFoldedName.contains(key))   // the first in name order wins
+                l.byFoldedName.insert(key, e);
+        }
+        it = m_listings.insert(folder, l);
+    }
+    if (it->names.contains(name))
+        return name;
+    return it->byFoldedName.value(name.toLower());
+}
+
 QString SimPlatform::driveFolder(QChar letter) const
 {
     const QString upper = m_drivesPrefix + letter.toUpper();
@@ -232,20 +246,18 @@ QString SimPlatform::hostPath(const QString &path) const
         parts.append(c);
     }
 
-    QString host = driveFolder(letter);
     // Usually the path is written as it stands on disk: one stat answers.
-    const QString direct = parts.isEmpty() ? host : host + QLatin1Char('/') + parts.join(QLatin1Char('/'));
+    QString direct = m_drivesPrefix + letter;
+    for (const QString &c : parts)
+        direct += QLatin1Char('/') + c;
     if (QFileInfo::exists(direct))
         return trailing ? direct + QLatin1Char('/') : direct;
+
+    QString host = driveFolder(letter);
 
     bool exists = QFileInfo::exists(host);
     for (const QString &c : parts) {
         if (exists) {
-            const QString exact = host + QLatin1Char('/') + c;
-            if (QFileInfo::exists(exact)) {
-                host = exact;
-                continue;
-            }
             const QString match = entryIgnoringCase(host, c);
             if (!match.isEmpty()) {
                 host += QLatin1Char('/') + match;

@@ -94,6 +94,8 @@ private:
     SimRegistry &registry();
     bool saveRegistry();
     QString driveFolder(QChar letter) const;
+    // The entry of folder named name, or else the first in name order that matches ignoring case.
+    QString entryIgnoringCase(const QString &folder, const QString &name) const;
     void deliverInboxLine(const QString &line);
     void startInboxTimer();
 
@@ -110,6 +112,13 @@ private:
     SimRegistry m_registry;
     FileStamp m_registryStamp;
     bool m_registryLoaded = false;
+
+    struct Listing {
+        FileStamp stamp;
+        QSet<QString> names;
+        QHash<QString, QString> byFoldedName;   // lower-case name -> name on disk
+    };
+    mutable QHash<QString, Listing> m_listings;
 
     QStringList m_journal;
 
