@@ -25,6 +25,7 @@ bool modalOpen;
 bool shuttingDown;
 bool tooltipStale = true;
 quint16 lastLayoutLanguage;
+WorkArea savedWorkArea;
 QPoint dragOffset;
 
 QString shellTitle;
@@ -59,6 +60,7 @@ void resetGlobals()
     modalOpen = shuttingDown = false;
     tooltipStale = true;
     lastLayoutLanguage = 0;
+    savedWorkArea = WorkArea();
     dragOffset = QPoint();
     shellTitle.clear();
     shellVersion.clear();

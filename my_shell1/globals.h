@@ -2,6 +2,8 @@
 // Process-wide values of the shell. Each is written by one part of the program (start-up, the
 // status panel, the configuration reader, ...) and read by others; they live as long as the process.
 
+#include "platform/platform.h"
+
 #include <QFont>
 #include <QList>
 #include <QPoint>
@@ -47,6 +49,7 @@ extern bool modalOpen;
 extern bool shuttingDown;
 extern bool tooltipStale;
 extern quint16 lastLayoutLanguage;
+extern WorkArea savedWorkArea;   // the work area as read before the panel last wrote it
 extern QPoint dragOffset;   // last press point of the panel or its buttons; written, never used
 
 // Written by the configuration reader.

@@ -10,6 +10,7 @@
 #include "network/static_ip_dlg.h"
 #include "platform/platform.h"
 #include "settings/savechangingdialog.h"
+#include "statustext.h"
 
 #include <QAction>
 #include <QPainter>
@@ -107,13 +108,8 @@ my_shell1::my_shell1(QWidget *parent)
     connect(startButton, &mainButton::needCloseMenu, this, &my_shell1::closeMenu);
     update();
 
-    dayNames << QStringLiteral("Monday") << QStringLiteral("Tuesday") << QStringLiteral("Wednesday")
-             << QStringLiteral("Thursday") << QStringLiteral("Friday") << QStringLiteral("Saturday")
-             << QStringLiteral("Sunday");
-    monthNames << QStringLiteral("Jan") << QStringLiteral("Feb") << QStringLiteral("Mar")
-               << QStringLiteral("Apr") << QStringLiteral("May") << QStringLiteral("Jun")
-               << QStringLiteral("Jul") << QStringLiteral("Aug") << QStringLiteral("Sep")
-               << QStringLiteral("Oct") << QStringLiteral("Nov") << QStringLiteral("Dec");
+    dayNames = englishDayNames();
+    monthNames = englishMonthNames();
 
     ui.label->clear();
     ui.label_2->clear();
@@ -143,11 +139,15 @@ my_shell1::my_shell1(QWidget *parent)
     updateDesktopInfo();
     adapterPollCount = 0;
     QTimer::singleShot(10, this, &my_shell1::init);
+
+    // Messages that reach the panel by another road than nativeEvent (a simulated machine's inbox).
+    sys().setMessageSink([this](const NativeMessage &message) { handleNativeMessage(message); });
 }
 
 my_shell1::~my_shell1()
 {
     hideTimer->stop();
+    sys().setMessageSink(nullptr);
     delete desktop;
     delete hideTimer;
     delete statusTimer;

@@ -40,6 +40,16 @@ public:
     void updateDesktopInfo();
     // Delayed initialisation: the share mapping stage or, without its script, the main menu.
     void beginMapNetwork();
+    // The network step of the slow tick: keeps the adapter buttons and their reports up to date.
+    void networkStep();
+    // A native message, from nativeEvent or from another road of the platform. True when the
+    // message is taken (hot key 1), false when it goes on to the base class.
+    bool handleNativeMessage(const NativeMessage &message);
+    // The low-level keyboard hook: true swallows the key.
+    static bool keyboardHookEvent(const KeyHookEvent &event);
+    // The work area with its bottom k panel pixels above the display's bottom, at the whole-number
+    // scale between display pixels and the panel's logical pixels.
+    static WorkArea workAreaLeaving(const WorkArea &area, int k);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;

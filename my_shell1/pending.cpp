@@ -12,29 +12,9 @@ void my_shell1::userProgram_Remove() {}
 void my_shell1::showRemoveAction(int, int) {}
 void my_shell1::userMenuClosed() {}
 
-// Live panel: status, hide and show, keys, delayed initialisation
+// Locale, network
 void my_shell1::setupLocale() {}
-void my_shell1::registerKeys() {}
-void my_shell1::mousePressEvent(QMouseEvent *) {}
-void my_shell1::mouseMoveEvent(QMouseEvent *) {}
-void my_shell1::enterEvent(QEvent *) {}
-bool my_shell1::nativeEvent(const QByteArray &eventType, void *message, long *result)
-{
-    return QWidget::nativeEvent(eventType, message, result);
-}
-void my_shell1::on_label_7_linkActivated(QString) {}
-void my_shell1::on_pushButton_3_clicked() {}
-void my_shell1::needStopOperation(int) {}
-void my_shell1::hideWindow() {}
-void my_shell1::showWindow() {}
-void my_shell1::SetWindowOpacity(int) {}
-void my_shell1::init() {}
-void my_shell1::beginMapNetwork() {}
-void my_shell1::getSystemCondition() {}
-void my_shell1::getMemory() {}
-void my_shell1::getResolution() {}
-void my_shell1::updateResolution() {}
-void my_shell1::addLogInfo(QString) {}
+void my_shell1::networkStep() {}
 
 // Network bring-up
 void my_shell1::checkStaticIP() {}

@@ -54,11 +54,16 @@ bool probeSecondInstance()
 void readScreen()
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    screenWidth = screen->size().width();
-    screenHeight = screen->size().height();
-    pixelRatio = screen->devicePixelRatio();
+    if (screen) {
+        screenWidth = screen->size().width();
+        screenHeight = screen->size().height();
+        pixelRatio = screen->devicePixelRatio();
+    }
+    int width = 0, height = 0;
+    if (sys().screenSize(&width, &height)) {
+        screenWidth = width;
+        screenHeight = height;
+    }
 }
 
 void applyApplicationLook(QApplication &app)

@@ -109,6 +109,9 @@ public:
     virtual bool workArea(WorkArea *area) = 0;                       // SPI_GETWORKAREA
     virtual bool setWorkArea(const WorkArea &area) = 0;              // SPI_SETWORKAREA, update + send
     virtual void reloadWallpaper() = 0;                              // SPI_SETDESKWALLPAPER default
+    // Logical size of the primary screen where the toolkit's own screen does not tell it (a
+    // simulated display); false means: ask the toolkit.
+    virtual bool screenSize(int *width, int *height) { Q_UNUSED(width) Q_UNUSED(height) return false; }
 
     // --- keyboard ---
     virtual quint64 foregroundKeyboardLayout() = 0;                  // HKL of the foreground thread
