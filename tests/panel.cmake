@@ -1,0 +1,1 @@
+kelpie_test(panel kelpie_core kelpie_resources)
