@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <cstdio>
 
 #ifdef Q_OS_WIN
 #include "platform/win/winplatform.h"

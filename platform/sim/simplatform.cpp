@@ -1,5 +1,6 @@
 #include "simplatform.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
