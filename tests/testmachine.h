@@ -34,6 +34,17 @@ public:
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
     void addDrive(QChar letter) { QDir(dir.path()).mkpath(QStringLiteral("drives/") + letter.toUpper()); }
+    // Journal lines of this run, each tab-separated, operation first (docs/machine.md).
+    QStringList journal() const { return sim->journal(); }
+    // Appends one line to inbox.txt and delivers what is new at once, without the timer.
+    void send(const QByteArray &line)
+    {
+        QFile f(dir.path() + QStringLiteral("/inbox.txt"));
+        if (f.open(QIODevice::WriteOnly | QIODevice::Append))
+            f.write(line + '\n');
+        f.close();
+        sim->pollInbox();
+    }
 
     QTemporaryDir dir;
     SimPlatform *sim = nullptr;

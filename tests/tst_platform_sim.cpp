@@ -532,13 +532,11 @@ private slots:
         // the modifiers are held only while the event is delivered
         QCOMPARE(m.sim->asyncKeyState(17), short(0));
 
+        m.send("key down 46 ctrl alt");
+        QCOMPARE(seen.size(), 5);
         m.sim->removeKeyboardHook();
-        QFile f(m.folder() + QStringLiteral("/inbox.txt"));
-        QVERIFY(f.open(QIODevice::Append));
-        f.write("key down 46 ctrl alt\n");
-        f.close();
-        m.sim->pollInbox();
-        QCOMPARE(seen.size(), 4);
+        m.send("key down 46 ctrl alt");
+        QCOMPARE(seen.size(), 5);
     }
 
     void skipsMessagesSentBeforeStart()
@@ -596,7 +594,7 @@ private slots:
         // the medium's own start entry and the tools the shell names
         for (const char *p : {"x:\\program files\\kelpie\\Zembra.exe", "DisplayRes.exe", "InstallDriver.exe",
                               "RunTask.exe", "IPcfg.exe", "mapDrive.exe", "createShortcut.exe",
-                              "x:/program files/kelpie/start_ip.cmd", "osk.exe"})
+                              "osk.exe"})
             QVERIFY2(demo.startAnswer(QLatin1String(p)).code == 42, p);
         QVERIFY(demo.journal().isEmpty());
     }
