@@ -78,6 +78,7 @@ bool SimPlatform::FileStamp::operator==(const FileStamp &o) const
 SimPlatform::FileStamp SimPlatform::stampOf(const QString &path)
 {
     FileStamp s;
+    s.takenNs = QDateTime::currentMSecsSinceEpoch() * 1000000;
 #ifdef Q_OS_WIN
     const QFileInfo fi(path);
     if (!fi.exists())
@@ -138,7 +139,7 @@ const SimMachineFacts &SimPlatform::currentFacts() const
 {
     const QString path = m_root + kMachineIni;
     const FileStamp stamp = stampOf(path);
-    if (!m_factsLoaded || stamp != m_factsStamp) {
+    if (!m_factsLoaded || stamp != m_factsStamp || !m_factsStamp.settled()) {
         QFile f(path);
         const QByteArray content = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
         const DisplayMode before = m_facts.currentMode;
@@ -172,11 +173,11 @@ QString SimPlatform::firewallState() const
 
 QString SimPlatform::entryIgnoringCase(const QString &folder, const QString &name) const
 {
-    // Listings are kept while the folder's own stamp stays the same: a folder changes its
-    // modification time whenever an entry is added, removed or renamed.
+    // Listings are kept while the folder's own stamp stays the same and settled: a folder changes
+    // its modification time whenever an entry is added, removed or renamed.
     const FileStamp stamp = stampOf(folder);
     auto it = m_listings.find(folder);
-    if (it == m_listings.end() || it->stamp != stamp) {
+    if (it == m_listings.end() || it->stamp != stamp || !it->stamp.settled()) {
         if (m_listings.size() > 4096)
             m_listings.clear();
         Listing l;
@@ -198,11 +199,8 @@ QString SimPlatform::entryIgnoringCase(const QString &folder, const QString &nam
 
 QString SimPlatform::driveFolder(QChar letter) const
 {
-    const QString upper = m_drivesPrefix + letter.toUpper();
-    if (QFileInfo::exists(upper))
-        return upper;
-    const QString lower = m_drivesPrefix + letter.toLower();
-    return QFileInfo::exists(lower) ? lower : upper;
+    const QString name = entryIgnoringCase(m_root + QStringLiteral("/drives"), QString(letter.toUpper()));
+    return m_drivesPrefix + (name.isEmpty() ? QString(letter.toUpper()) : name);
 }
 
 QString SimPlatform::hostPath(const QString &path) const
@@ -247,12 +245,15 @@ QString SimPlatform::hostPath(const QString &path) const
         parts.append(c);
     }
 
-    // Usually the path is written as it stands on disk: one stat answers.
-    QString direct = m_drivesPrefix + letter;
-    for (const QString &c : parts)
-        direct += QLatin1Char('/') + c;
-    if (QFileInfo::exists(direct))
-        return trailing ? direct + QLatin1Char('/') : direct;
+    // Usually the path is written as it stands on disk: one stat answers. A host that ignores
+    // case itself would take any spelling, so there the walk below finds the one on disk.
+    if (kHostCase == Qt::CaseSensitive) {
+        QString direct = m_drivesPrefix + letter;
+        for (const QString &c : parts)
+            direct += QLatin1Char('/') + c;
+        if (QFileInfo::exists(direct))
+            return trailing ? direct + QLatin1Char('/') : direct;
+    }
 
     QString host = driveFolder(letter);
 
@@ -318,7 +319,7 @@ SimRegistry &SimPlatform::registry()
 {
     const QString path = m_root + kRegistry;
     const FileStamp stamp = stampOf(path);
-    if (!m_registryLoaded || stamp != m_registryStamp) {
+    if (!m_registryLoaded || stamp != m_registryStamp || !m_registryStamp.settled()) {
         QFile f(path);
         m_registry.parse(f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray());
         m_registryStamp = stamp;

@@ -78,12 +78,17 @@ public:
     // The answer of the shell execution service for a file, without journalling it.
     ShellResult startAnswer(const QString &file) const;
 
-    // Identifies one version of a file on disk; equal stamps mean nothing changed.
+    // Identifies one version of a file on disk; equal stamps mean nothing changed, provided the
+    // stamp is settled: file systems keep times coarsely, so a change within the same tick as an
+    // earlier one can leave the time as it was. What was read within two seconds of its last
+    // change is therefore read again.
     struct FileStamp {
         bool exists = false;
         qint64 size = 0;
         qint64 mtimeNs = 0;
         quint64 inode = 0;
+        qint64 takenNs = 0;   // when the stamp was taken; not part of the comparison
+        bool settled() const { return !exists || takenNs - mtimeNs > 2000000000; }
         bool operator==(const FileStamp &o) const;
         bool operator!=(const FileStamp &o) const { return !(*this == o); }
     };
