@@ -341,6 +341,8 @@ private slots:
         QVERIFY(m.sim->displayMode(0, &mode));
         QCOMPARE(SimMachineFacts::modeText(mode), QStringLiteral("1024x768x32@60"));
         QVERIFY(!m.sim->displayMode(1, &mode));
+        int w = 0, h = 0;
+        QVERIFY(!m.sim->screenSize(&w, &h));   // the toolkit's screen counts
         QCOMPARE(m.sim->keyboardLayouts(), QList<quint64>{0x04090409});
         QCOMPARE(m.sim->foregroundKeyboardLayout(), quint64(0x04090409));
         QStringList names{QStringLiteral("stale")};
@@ -400,6 +402,15 @@ private slots:
         m.sim->workArea(&area);
         QCOMPARE(area.right, 1280);
         QCOMPARE(area.bottom, 1024);
+
+        int w = 0, h = 0;
+        QVERIFY(!m.sim->screenSize(&w, &h));
+        m.write(QStringLiteral("machine.ini"), "[display]\ncurrent=1600x1200\nscreen=current\n");
+        QVERIFY(m.sim->screenSize(&w, &h));
+        QCOMPARE(QSize(w, h), QSize(1600, 1200));
+        m.write(QStringLiteral("machine.ini"), "[display]\ncurrent=1600x1200\nscreen=800x600\n");
+        QVERIFY(m.sim->screenSize(&w, &h));
+        QCOMPARE(QSize(w, h), QSize(800, 600));
 
         m.write(QStringLiteral("machine.ini"), "[processes]\nsnapshot=0\n[memory]\nanswers=0\n");
         QVERIFY(!m.sim->processNames(&names));

@@ -130,6 +130,18 @@ SimMachineFacts SimMachineFacts::fromIni(const QByteArray &content)
     }
     if (f.modes.isEmpty())
         f.modes.append(f.currentMode);
+    // "current" follows the display mode; "WIDTHxHEIGHT" is a screen of its own (a scale)
+    const QString screen = f.value(QStringLiteral("display"), QStringLiteral("screen")).toLower();
+    DisplayMode logical;
+    if (screen == QLatin1String("current")) {
+        f.screenKnown = true;
+        f.screenWidth = f.currentMode.width;
+        f.screenHeight = f.currentMode.height;
+    } else if (!screen.isEmpty() && parseMode(screen, &logical)) {
+        f.screenKnown = true;
+        f.screenWidth = logical.width;
+        f.screenHeight = logical.height;
+    }
 
     // keyboard
     for (const QString &l : listOf(f.value(QStringLiteral("keyboard"), QStringLiteral("layouts")))) {

@@ -26,6 +26,10 @@ struct SimVolume {
 struct SimMachineFacts {
     MemoryStatus memory;
     DisplayMode currentMode;
+    // The logical screen, when machine.ini gives it; otherwise the toolkit's screen counts.
+    bool screenKnown = false;
+    int screenWidth = 0;
+    int screenHeight = 0;
     QList<DisplayMode> modes;
     QList<quint64> layouts;
     quint64 foregroundLayout = 0;

@@ -560,6 +560,18 @@ bool SimPlatform::setWorkArea(const WorkArea &area)
     return true;
 }
 
+bool SimPlatform::screenSize(int *width, int *height)
+{
+    const SimMachineFacts &f = currentFacts();
+    if (!f.screenKnown)
+        return false;
+    if (width)
+        *width = f.screenWidth;
+    if (height)
+        *height = f.screenHeight;
+    return true;
+}
+
 void SimPlatform::reloadWallpaper()
 {
     appendJournal({QStringLiteral("wallpaper")});

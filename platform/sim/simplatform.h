@@ -64,6 +64,7 @@ public:
     bool workArea(WorkArea *area) override;
     bool setWorkArea(const WorkArea &area) override;
     void reloadWallpaper() override;
+    bool screenSize(int *width, int *height) override;
     quint64 foregroundKeyboardLayout() override;
     QList<quint64> keyboardLayouts() override;
     QString localeLanguageName(quint32 lcid) override;
