@@ -3,6 +3,7 @@
 
 #include "testmachine.h"
 #include "testmain.h"
+#include "menucloser.h"
 
 #include "launcher/appstart.h"
 #include "launcher/mainbutton.h"
@@ -380,10 +381,7 @@ private slots:
         const int h = s->mainMenu->sizeHint().height();
         QVERIFY2(h + 66 > 64, "the menu must be taller than the room below");
         QRect seen;
-        QTimer::singleShot(0, s.get(), [&] {
-            seen = s->mainMenu->geometry();
-            s->mainMenu->close();
-        });
+        closeMenuWhenShown(s->mainMenu, [&] { seen = s->mainMenu->geometry(); });
         s->startButton->menuRunning = true;
         s->openMenu();
         QCOMPARE(seen.height(), h);
@@ -391,10 +389,7 @@ private slots:
         QVERIFY(!s->startButton->menuRunning);
 
         s->move(0, 0);
-        QTimer::singleShot(0, s.get(), [&] {
-            seen = s->mainMenu->geometry();
-            s->mainMenu->close();
-        });
+        closeMenuWhenShown(s->mainMenu, [&] { seen = s->mainMenu->geometry(); });
         s->openMenu();
         QCOMPARE(seen.top(), 66);
     }

@@ -2,6 +2,7 @@
 
 #include "testmachine.h"
 #include "testmain.h"
+#include "menucloser.h"
 
 #include "desktop/dektopwidget.h"
 #include "desktop/my_toolbutton.h"
@@ -56,14 +57,10 @@ void useScreen(int width, int height)
     screenHeight = height;
 }
 
-// Closes the main menu as soon as it runs its nested loop; `during` runs first, inside the loop.
+// Closes the main menu once it runs its nested loop; `during` runs first, inside the loop.
 void closeMenuWhenOpen(my_shell1 &shell, std::function<void()> during = nullptr)
 {
-    QTimer::singleShot(0, &shell, [&shell, during] {
-        if (during)
-            during();
-        shell.mainMenu->close();
-    });
+    closeMenuWhenShown(shell.mainMenu, during);
 }
 
 } // namespace
