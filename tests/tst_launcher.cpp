@@ -344,6 +344,10 @@ private slots:
                  QStringList({startLine("x:\\program files\\kelpie\\Net.EXE.exe", "-x"),
                               startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
         QVERIFY(toRunList.isEmpty());
+        // One log line a start, with the last error: neither program is on the medium.
+        QCOMPARE(m->read("drives/X/init.log"),
+                 QByteArray("run x:\\program files\\kelpie\\Net.EXE.exe=2\r\n"
+                            "run x:\\program files\\kelpie\\my.exe.bak=2\r\n"));
         s->runTaskList();
         QCOMPARE(starts(*m).size(), 2);
 
