@@ -14,15 +14,11 @@ private slots:
     void memory();
     void colour_data();
     void colour();
-    void refresh();
     void tooltip();
     void date_data();
     void date();
-    void dayNamesAreEnglishWhateverTheLocale();
-    void invalidDateGivesBlankLabels();
     void language_data();
     void language();
-    void languageLabelLeavesBoldOpen();
 };
 
 void TestStatusText::memory_data()
@@ -31,12 +27,8 @@ void TestStatusText::memory_data()
     QTest::addColumn<quint64>("available");
     QTest::addColumn<QString>("text");
     const quint64 mb = 1024 * 1024;
-    QTest::newRow("exact 1024 MB reads one more") << 1024 * mb << 512 * mb
-        << white + "Memory Total: 1025Mb Free: 513Mb</p>";
-    QTest::newRow("part of a MB is dropped before the +1") << 2048 * mb + mb - 1 << mb - 1
+    QTest::newRow("whole MB plus one, the part dropped") << 2048 * mb + mb - 1 << mb - 1
         << white + "Memory Total: 2049Mb Free: 1Mb</p>";
-    QTest::newRow("nothing") << quint64(0) << quint64(0)
-        << white + "Memory Total: 1Mb Free: 1Mb</p>";
     QTest::newRow("above 4 GB does not wrap") << 16 * 1024 * mb << 6000 * mb
         << white + "Memory Total: 16385Mb Free: 6001Mb</p>";
 }
@@ -56,16 +48,13 @@ void TestStatusText::colour_data()
     const QString c16 = "16&nbsp;Colors", c256 = "256&nbsp;Colors";
     const QString high = "High&nbsp;Color&nbsp;(16&nbsp;bit)";
     const QString truec = "True&nbsp;Color&nbsp;(32&nbsp;bit)";
-    QTest::newRow("0") << 0u << c16;
     QTest::newRow("1") << 1u << c16;
     QTest::newRow("2") << 2u << c256;
-    QTest::newRow("4") << 4u << c256;
     QTest::newRow("9") << 9u << c256;
     QTest::newRow("10") << 10u << high;
     QTest::newRow("19") << 19u << high;
     QTest::newRow("20 falls between the tests") << 20u << c16;
     QTest::newRow("21") << 21u << truec;
-    QTest::newRow("24 goes by range") << 24u << truec;
 }
 
 void TestStatusText::colour()
@@ -73,14 +62,6 @@ void TestStatusText::colour()
     QFETCH(quint32, bits);
     QFETCH(QString, text);
     QCOMPARE(colourText(bits), text);
-}
-
-void TestStatusText::refresh()
-{
-    QCOMPARE(refreshText(0), QStringLiteral("Default&nbsp;Refresh"));
-    QCOMPARE(refreshText(1), QStringLiteral("Default&nbsp;Refresh"));
-    QCOMPARE(refreshText(2), QStringLiteral("2&nbsp;Hertz"));
-    QCOMPARE(refreshText(60), QStringLiteral("60&nbsp;Hertz"));
 }
 
 void TestStatusText::tooltip()
@@ -92,6 +73,7 @@ void TestStatusText::tooltip()
                             "&nbsp;60&nbsp;Hertz"));
     QVERIFY(resolutionTooltip(800, 600, 4, 1)
                 .endsWith("&nbsp;800&nbsp;by&nbsp;600,&nbsp;256&nbsp;Colors,&nbsp;Default&nbsp;Refresh"));
+    QCOMPARE(refreshText(2), QStringLiteral("2&nbsp;Hertz"));
 }
 
 void TestStatusText::date_data()
@@ -103,10 +85,7 @@ void TestStatusText::date_data()
         << white + "Jan&nbsp;5,&nbsp;2027</p>" << white + "Tuesday";
     QTest::newRow("last day of the year, a Sunday") << QDate(2023, 12, 31)
         << white + "Dec&nbsp;31,&nbsp;2023</p>" << white + "Sunday";
-    QTest::newRow("leap day, a Monday") << QDate(2016, 2, 29)
-        << white + "Feb&nbsp;29,&nbsp;2016</p>" << white + "Monday";
-    QTest::newRow("September") << QDate(2025, 9, 12)
-        << white + "Sep&nbsp;12,&nbsp;2025</p>" << white + "Friday";
+    QTest::newRow("invalid date leaves the labels blank") << QDate() << white << white;
 }
 
 void TestStatusText::date()
@@ -114,44 +93,25 @@ void TestStatusText::date()
     QFETCH(QDate, date);
     QFETCH(QString, dateLabel);
     QFETCH(QString, dayLabel);
-    QCOMPARE(dateText(date), dateLabel);
-    QCOMPARE(dayText(date), dayLabel);
-}
-
-void TestStatusText::dayNamesAreEnglishWhateverTheLocale()
-{
+    // Under a German locale, so that a locale-dependent name shows.
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    const QString day = dayText(QDate(2027, 1, 7));
-    const QString date = dateText(QDate(2027, 3, 7));
+    const QString dateGot = dateText(date), dayGot = dayText(date);
     QLocale::setDefault(before);
-    QCOMPARE(day, white + "Thursday");
-    QCOMPARE(date, white + "Mar&nbsp;7,&nbsp;2027</p>");
-    QCOMPARE(englishDayNames().size(), 7);
-    QCOMPARE(englishMonthNames().size(), 12);
-}
-
-void TestStatusText::invalidDateGivesBlankLabels()
-{
-    QCOMPARE(dateText(QDate()), white);
-    QCOMPARE(dayText(QDate()), white);
+    QCOMPARE(dateGot, dateLabel);
+    QCOMPARE(dayGot, dayLabel);
 }
 
 void TestStatusText::language_data()
 {
     QTest::addColumn<int>("id");
     QTest::addColumn<QString>("code");
-    // A few rows across the table; the rest is the same lookup.
+    // The table's ends, one row between, and ids that are near a row but not in it.
     QTest::newRow("first row") << 1028 << "TW";
     QTest::newRow("RU") << 1049 << "RU";
-    QTest::newRow("last of the 0x04 rows") << 1053 << "SE";
-    QTest::newRow("CN") << 2052 << "CN";
     QTest::newRow("last row") << 3076 << "HK";
     QTest::newRow("1032 lies inside the table's range but is missing") << 1032 << "EN";
-    QTest::newRow("1029 lies between two rows") << 1029 << "EN";
-    QTest::newRow("0") << 0 << "EN";
     QTest::newRow("sublanguage differs") << 0x0c07 << "EN";
-    QTest::newRow("0xffff") << 0xffff << "EN";
 }
 
 void TestStatusText::language()
@@ -159,12 +119,8 @@ void TestStatusText::language()
     QFETCH(int, id);
     QFETCH(QString, code);
     QCOMPARE(languageCode(quint16(id)), code);
-}
-
-void TestStatusText::languageLabelLeavesBoldOpen()
-{
-    QCOMPARE(languageLabel(1049), white + "<B>RU</p>");
-    QCOMPARE(languageLabel(1032), white + "<B>EN</p>");
+    // The label leaves its bold open.
+    QCOMPARE(languageLabel(quint16(id)), white + "<B>" + code + "</p>");
 }
 
 KELPIE_TEST_MAIN(TestStatusText)
