@@ -260,7 +260,8 @@ private slots:
         for (const char *file : {"drives/X/Program Files/kelpie/DisplayRes.exe",
                                  "drives/X/Program Files/kelpie/readme.dat",
                                  "drives/X/Program Files/kelpie/noext",
-                                 "drives/X/Windows/System32/format.com", "drives/E/Desktop/Tool.LNK"})
+                                 "drives/X/Windows/System32/format.com",
+                                 "drives/E/Desktop/Tool.LNK"})
             m.write(file, "");
         const QPair<const char *, qintptr> cases[] = {
             {"X:\\Program Files\\Kelpie\\displayres.exe", 42},
@@ -276,7 +277,7 @@ private slots:
             {"x:\\program files\\kelpie\\; tool.exe", 2},
             {"X:\\Nowhere\\tool.exe", 3},
             {"Q:\\tool.exe", 3},
-            {"X:\\Tools\\wpeutil.exe", 3},       // a system program, but not where the system keeps it
+            {"X:\\Tools\\wpeutil.exe", 3},       // a system program, but elsewhere
             {"X:\\Program Files\\kelpie\\readme.dat", 31},
             {"X:\\Program Files\\kelpie\\noext", 31},
         };
@@ -361,7 +362,8 @@ private slots:
         QCOMPARE(m.sim->logicalDrives(), (1u << 2) | (1u << 4) | (1u << 5) | (1u << 23));
 
         m.write("machine.ini",
-                "[volume.E]\nlabel=KELPIE\nmediaType=removable\nvendor=ACME\nproduct=FLASH\ndisk=1\n"
+                "[volume.E]\nlabel=KELPIE\nmediaType=removable\nvendor=ACME\nproduct=FLASH\n"
+                "disk=1\n"
                 "[volume.F]\nready=0\ndisk=2\nanswersDeviceNumber=0\n"
                 "[volume.G]\ndisk=3\n");
         QVERIFY(m.sim->volumeReady('e') && m.sim->volumeReady('X'));
@@ -476,7 +478,6 @@ private slots:
     {
         SimPlatform demo(KELPIE_SOURCE_DIR "/demo/machine");
         QCOMPARE(demo.readUserDword("Software\\Morvane Works", "WinPE").data, 1u);
-        QCOMPARE(demo.volume('E').mediaType, 11u);
         QFile cfg(demo.hostPath("data_shell.cfg"));
         QVERIFY(cfg.open(QIODevice::ReadOnly));
         int programs = 0;
@@ -484,10 +485,8 @@ private slots:
             const QString line = QString::fromUtf8(raw).remove('\r');
             const QStringList f = line.mid(line.indexOf('=') + 1).split('|');
             QString program;
-            if (line.startsWith("menuItem="))
+            if (line.startsWith("menuItem=") || line.startsWith("morvaneItem="))
                 program = f.value(4) == "#mapdrive" ? QStringLiteral("mapDrive.exe") : f.value(4);
-            else if (line.startsWith("morvaneItem="))
-                program = f.value(4);
             else if (line.startsWith("fixedB"))
                 program = f.value(2);
             else if (line.startsWith("toRun="))
