@@ -138,7 +138,10 @@ my_shell1::my_shell1(QWidget *parent)
 
     updateDesktopInfo();
     adapterPollCount = 0;
-    QTimer::singleShot(10, this, &my_shell1::init);
+    initTimer = new QTimer(this);
+    initTimer->setSingleShot(true);
+    connect(initTimer, &QTimer::timeout, this, &my_shell1::init);
+    initTimer->start(10);
 
     // Messages that reach the panel by another road than nativeEvent (a simulated machine's inbox).
     sys().setMessageSink([this](const NativeMessage &message) { handleNativeMessage(message); });

@@ -165,6 +165,9 @@ public:
     QList<my_PushButton *> netButtons;
     QList<myMenu *> subMenus;
 
+    // The single shot of 10 ms to init(), kept so that a test can hold the start-up chain back.
+    QTimer *initTimer = nullptr;
+
     QStringList dayNames;
     QStringList monthNames;
 };

@@ -10,6 +10,9 @@
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))          \
             qputenv("QT_QPA_PLATFORM", "offscreen");                 \
         QApplication app(argc, argv);                                \
+        /* Menus appear at once, so a test sees their final place. */ \
+        QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);   \
+        QApplication::setEffectEnabled(Qt::UI_FadeMenu, false);      \
         TestClass tc;                                                \
         QTEST_SET_MAIN_SOURCE_PATH                                   \
         return QTest::qExec(&tc, argc, argv);                        \

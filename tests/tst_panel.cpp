@@ -96,6 +96,7 @@ void PanelTest::memoryLineAndRestart()
     m.write("machine.ini", "[memory]\ntotalMB=1024\navailableMB=300\n");
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.getSystemCondition();
     QCOMPARE(shell.ui.label_3->text(),
              QString("<p style=\"color:#FFFFFF\">Memory Total: 1025Mb Free: 301Mb</p>"));
@@ -114,6 +115,7 @@ void PanelTest::keyboardLanguage()
     m.write("machine.ini", "[keyboard]\nlayouts=04090409,04190419\nforeground=04190419\n");
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     shell.hideWindow();
     QCOMPARE(shell.ui.label_7->text(), QString("<p style=\"color:#FFFFFF\"><B>RU</p>"));
@@ -143,6 +145,7 @@ void PanelTest::displayTooltip()
             "[display]\ncurrent=1024x768x24@60\nmodes=800x600x24@60,1024x768x16@60,1024x768x24@60\n");
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.getResolution();
     QCOMPARE(shell.displayButton->toolTip(),
              QString("<B>Display Settings</B><p style=\"margin-top:2px;margin-bottom:0px\">Change a "
@@ -159,6 +162,7 @@ void PanelTest::resolutionChangeWhileDown()
     PanelMachine m;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     QVERIFY(!shell.panelShown);
     m.screen->width = 1280;
     m.screen->height = 1024;
@@ -189,6 +193,7 @@ void PanelTest::scaledDisplayKeepsDesktop()
     winPeMode = true;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     // Same scale: the desktop is laid out again and the wallpaper reloaded.
     m.screen->width = 1280;
     m.screen->height = 1024;
@@ -209,6 +214,7 @@ void PanelTest::hideAndShowStates()
     PanelMachine m;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     shell.startButton->opened = false;
     shell.startButton->state = 0;
@@ -259,6 +265,7 @@ void PanelTest::startButtonHover()
     PanelMachine m;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     shell.showWindow();
     shell.panelLocked = true;
@@ -288,6 +295,7 @@ void PanelTest::lockButtonWorkArea()
     winPeMode = true;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     displayWidth = 2048;
     displayHeight = 1536;
     shell.on_pushButton_3_clicked();
@@ -314,6 +322,8 @@ void PanelTest::hotKeysOnlyInWinPe()
         PanelMachine m;
         useScreen(1024, 768);
         my_shell1 shell;
+        shell.initTimer->stop();
+    shell.initTimer->stop();
         QVERIFY(m.journalOf("registerhotkey").isEmpty());
         QVERIFY(m.journalOf("installhook").isEmpty());
     }
@@ -322,6 +332,8 @@ void PanelTest::hotKeysOnlyInWinPe()
     useScreen(1024, 768);
     {
         my_shell1 shell;
+        shell.initTimer->stop();
+    shell.initTimer->stop();
         QStringList ids;
         for (const QString &line : m.journalOf("registerhotkey"))
             ids << line.section('\t', 1);
@@ -338,6 +350,7 @@ void PanelTest::hotKeyOneTwice()
     PanelMachine m;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     shell.startButton->opened = false;
     shell.startButton->state = 0;
@@ -395,6 +408,7 @@ void PanelTest::refreshMessage()
     m.write("drives/X/Users/Default/Desktop/one.lnk", "x");
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     auto shown = [&shell] {
         int count = 0;
         for (QWidget *w : shell.desktop->findChildren<my_ToolButton *>())
@@ -439,6 +453,7 @@ void PanelTest::initChain()
         m.write("drives/X/map_network.cmd", "@echo off\n");
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     const QString started = "start\topen\tx:\\program files\\kelpie\\tool.exe\t-q\t1";
 
@@ -486,6 +501,7 @@ void PanelTest::secondInstanceRunsNothing()
     secondInstance = true;
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     closeMenuWhenOpen(shell);
     shell.init();
@@ -500,6 +516,7 @@ void PanelTest::initTidiesAndLocks()
     m.write("drives/X/map_network.cmd", "@echo off\n");   // no menu on this road
     useScreen(1024, 768);
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.show();
     shell.init();
     const QDir kelpie(m.folder() + "/drives/X/Program Files/kelpie");
@@ -520,6 +537,8 @@ void PanelTest::logLines()
     {
         PanelMachine m;
         my_shell1 shell;
+        shell.initTimer->stop();
+    shell.initTimer->stop();
         shell.addLogInfo("run x:\\program files\\kelpie\\a.exe=0");
         shell.addLogInfo(QString::fromUtf8("second"));
         QCOMPARE(m.read("drives/X/init.log"),
@@ -531,6 +550,7 @@ void PanelTest::logLines()
     QDir(n.folder()).mkpath("drives/X/init.log");
     n.write("drives/X/Program Files/kelpie/data_shell.cfg", "toRun=tool|\n");
     my_shell1 other;
+    other.initTimer->stop();
     other.addLogInfo("lost");
     other.runTaskList();
     QCOMPARE(n.journalOf("start").size(), 1);

@@ -344,6 +344,9 @@ void ShellTest::timersWiredButIdle()
         QCOMPARE(t->parent(), &shell);
     }
     QCOMPARE(shell.adapterPollCount, 0);
+    QVERIFY(shell.initTimer->isActive());
+    QVERIFY(shell.initTimer->isSingleShot());
+    QCOMPARE(shell.initTimer->interval(), 10);
 }
 
 KELPIE_TEST_MAIN(ShellTest)
