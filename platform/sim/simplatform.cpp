@@ -13,6 +13,22 @@
 
 namespace {
 
+// On Windows the toolkit takes a .lnk for a link and calls it absent when its target is; the
+// simulated drives hold shortcuts whose targets live on other simulated drives, so the file
+// itself is what counts.
+bool present(const QFileInfo &fi)
+{
+    if (fi.exists())
+        return true;
+    // isSymLink() goes by the name alone there; opening the file tells whether it is there.
+    QFile file(fi.filePath());
+    return fi.isSymLink() && file.open(QIODevice::ReadOnly);
+}
+
+} // namespace
+
+namespace {
+
 const QString kMachineIni = QStringLiteral("/machine.ini");
 const QString kRegistry = QStringLiteral("/registry.reg");
 const QString kJournal = QStringLiteral("/journal.log");
@@ -81,7 +97,7 @@ SimPlatform::FileStamp SimPlatform::stampOf(const QString &path)
     s.takenNs = QDateTime::currentMSecsSinceEpoch() * 1000000;
 #ifdef Q_OS_WIN
     const QFileInfo fi(path);
-    if (!fi.exists())
+    if (!present(fi))
         return s;
     s.exists = true;
     s.size = fi.size();
@@ -472,7 +488,7 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
         }
         for (const QString &v : variants) {
             const QFileInfo fi(hostPath(v));
-            if (!fi.exists())
+            if (!present(fi))
                 continue;
             if (fi.isDir() || associated(fi.suffix())) {
                 r.code = 42;
