@@ -82,7 +82,9 @@ while [ $SECONDS -lt $deadline ]; do
     sleep 1
 done
 
-# The picture is taken either way: it shows what the failure looked like.
+# The picture is taken either way: it shows what the failure looked like. A shell that came up
+# gets a few seconds to rise and paint first.
+[ -n "$window" ] && kill -0 "$shell_pid" 2>/dev/null && sleep 4
 import -display "$DISPLAY" -window root "$shot" 2>/dev/null && echo "e2e.sh: screenshot $shot" || true
 
 if [ -z "$language" ] || [ -z "$window" ]; then
