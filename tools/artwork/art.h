@@ -69,6 +69,8 @@ struct OrbLook {
     QColor ring = Qt::transparent;  // an inner ring of light (hover, pulse)
     qreal ringWidth = 0.0;
 };
+// The start button's resting look, which the other orbs start from.
+OrbLook normalOrb();
 void drawOrb(QPainter &p, const QPointF &c, qreal r, const OrbLook &look, bool withEmblem = true);
 
 // A soft upper-half gloss over an arbitrary shape.

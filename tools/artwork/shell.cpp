@@ -62,7 +62,7 @@ static QImage kant()
 static const QPointF orbCentre(32, 30.5);
 static const qreal orbRadius = 29;
 
-static OrbLook normalOrb()
+OrbLook normalOrb()
 {
     OrbLook o;
     o.core = QColor(0x4a, 0xa8, 0xe8);

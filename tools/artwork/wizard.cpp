@@ -6,22 +6,12 @@ namespace art {
 
 static const QString images = QStringLiteral("images");
 
-static OrbLook wizardOrb()
-{
-    OrbLook o;
-    o.core = QColor(0x4a, 0xa8, 0xe8);
-    o.edge = QColor(0x0a, 0x2e, 0x52);
-    o.rim = QColor(0x2c, 0x6c, 0xa4);
-    o.emblemFill = QColor(0xf2, 0xf6, 0xfa);
-    return o;
-}
-
 static QImage logo()
 {
     QImage img = canvas(64, 64);
     QPainter p(&img);
     prepare(p);
-    drawOrb(p, QPointF(32, 32), 29, wizardOrb());
+    drawOrb(p, QPointF(32, 32), 29, normalOrb());
     return img;
 }
 
@@ -45,7 +35,7 @@ static QImage watermark()
     p.setBrush(alpha(pal::ice, 16));
     p.drawPath(emblem(QPointF(w * 0.78, h * 0.86), h * 0.40));
 
-    drawOrb(p, QPointF(w / 2.0, h * 0.30), 46, wizardOrb());
+    drawOrb(p, QPointF(w / 2.0, h * 0.30), 46, normalOrb());
 
     // A gold rule at the right edge, where the page begins.
     p.fillRect(QRectF(w - 3, 0, 3, h), alpha(pal::gold, 170));
