@@ -2,6 +2,7 @@
 #include "ui_dektopwidget.h"
 
 #include "my_toolbutton.h"
+#include "launcher/appstart.h"
 #include "my_shell1/globals.h"
 #include "platform/platform.h"
 
@@ -233,7 +234,7 @@ QString dektopWidget::startLinkMessage(const QString &s, qint32 code)
 
 void dektopWidget::startLink(QString s, QString p)
 {
-    const ShellResult result = sys().shellExecute(QStringLiteral("open"), s, p, 1);
+    const ShellResult result = appstart::open(s, p);
     const QString message = startLinkMessage(s, qint32(result.code));
     if (message.isEmpty())
         return;
@@ -257,9 +258,7 @@ void dektopWidget::openContMenu(QPoint point)
 
 void dektopWidget::createShotcut_Slot()
 {
-    sys().shellExecute(QStringLiteral("open"),
-                       QStringLiteral("X:\\Program Files\\kelpie\\createShortcut.exe"), QString(),
-                       1);
+    appstart::open(QStringLiteral("X:\\Program Files\\kelpie\\createShortcut.exe"));
 }
 
 void dektopWidget::removeShortCut(QString path)

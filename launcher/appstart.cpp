@@ -2,6 +2,11 @@
 
 namespace appstart {
 
+ShellResult open(const QString &file, const QString &parameters, int show)
+{
+    return sys().shellExecute(QStringLiteral("open"), file, parameters, show);
+}
+
 bool mediumStartEntry(const QString &program, const QString &args, bool removable, int diskNumber,
                       RunEntry *out)
 {

@@ -2,10 +2,15 @@
 // The rules that shape what a start hands to the shell's open verb.
 
 #include "my_shell1/globals.h"
+#include "platform/platform.h"
 
 #include <QString>
 
 namespace appstart {
+
+// Every start of the shell: the shell execution service's "open" verb, no owner window, no
+// working directory, shown normally unless told otherwise.
+ShellResult open(const QString &file, const QString &parameters = QString(), int show = 1);
 
 // The medium's own start entry from _kelpie.ini; false when there is none (empty program).
 // The disk tool is always told the number of the disk the shell runs from.

@@ -18,7 +18,6 @@
 
 namespace {
 
-const QString openVerb = QStringLiteral("open");
 
 QString resourcePath(const char *name)
 {
@@ -170,7 +169,7 @@ void my_shell1::startApp(int id)
             entry.path = QStringLiteral("mapDrive.exe");
         QString path = entry.path;
         path.replace(QLatin1Char('/'), QLatin1Char('\\'));
-        sys().shellExecute(openVerb, path, entry.params, 1);
+        appstart::open(path, entry.params);
         return;
     }
 }
@@ -181,7 +180,7 @@ void my_shell1::runTaskList()
         return;
     for (const RunEntry &entry : qAsConst(toRunList)) {
         const QString path = appstart::taskListPath(entry.program);
-        const ShellResult r = sys().shellExecute(openVerb, path, entry.arguments, 1);
+        const ShellResult r = appstart::open(path, entry.arguments);
         addLogInfo(QStringLiteral("run %1=%2").arg(path).arg(r.lastError));
     }
     toRunList.clear();
@@ -189,37 +188,37 @@ void my_shell1::runTaskList()
 
 void my_shell1::startKeyb()
 {
-    sys().shellExecute(openVerb, QStringLiteral("osk.exe"), QString(), 1);
+    appstart::open(QStringLiteral("osk.exe"));
 }
 
 void my_shell1::startIpConf()
 {
-    sys().shellExecute(openVerb, QStringLiteral("IPcfg.exe"), QString(), 1);
+    appstart::open(QStringLiteral("IPcfg.exe"));
 }
 
 void my_shell1::startTimeEditor()
 {
-    sys().shellExecute(openVerb, cmdTime, QString(), 1);
+    appstart::open(cmdTime);
 }
 
 void my_shell1::startDispConf()
 {
-    sys().shellExecute(openVerb, cmdDisplay, QString(), 1);
+    appstart::open(cmdDisplay);
 }
 
 void my_shell1::startTaskManager()
 {
-    sys().shellExecute(openVerb, cmdTaskManager, QString(), 1);
+    appstart::open(cmdTaskManager);
 }
 
 void my_shell1::startExplorer()
 {
-    sys().shellExecute(openVerb, cmdExplorer, QString(), 1);
+    appstart::open(cmdExplorer);
 }
 
 void my_shell1::startShot()
 {
-    sys().shellExecute(openVerb, cmdShot, QString(), 1);
+    appstart::open(cmdShot);
 }
 
 void my_shell1::some_button_is_active(int id)

@@ -4,6 +4,7 @@
 #include "my_shell1.h"
 
 #include "desktop/dektopwidget.h"
+#include "launcher/appstart.h"
 #include "launcher/mainbutton.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
@@ -31,7 +32,6 @@ const int vkControl = 0x11;
 const int vkMenu = 0x12;
 const quint32 vkDelete = 46;
 const int hcAction = 0;
-const int swShowNormal = 1;
 
 bool held(int vk)
 {
@@ -128,7 +128,7 @@ void my_shell1::hideWindow()
     ui.label->setText(dayText(today));
 
     const quint64 layout = sys().foregroundKeyboardLayout();
-    const bool several = sys().keyboardLayouts().size() >= 2;
+    const bool several = sys().keyboardLayoutCount() >= 2;
     ui.label_7->setVisible(several);
     ui.label_6->setVisible(several);
     const quint16 language = quint16((layout >> 16) & 0xFFFF);
@@ -209,8 +209,7 @@ bool my_shell1::keyboardHookEvent(const KeyHookEvent &event)
     // auto-repeats.
     if (event.code == hcAction && held(vkControl) && held(vkMenu) && event.vkCode == vkDelete
         && event.flags < 100) {
-        sys().shellExecute(QStringLiteral("open"), QStringLiteral("taskmgr.exe"), QString(),
-                           swShowNormal);
+        appstart::open(QStringLiteral("taskmgr.exe"));
         return true;
     }
     return false;
@@ -250,12 +249,10 @@ bool my_shell1::handleNativeMessage(const NativeMessage &message)
         }
         return true;
     case 2:
-        sys().shellExecute(QStringLiteral("open"), QStringLiteral("DisplayRes.exe"),
-                           QStringLiteral("low"), swShowNormal);
+        appstart::open(QStringLiteral("DisplayRes.exe"), QStringLiteral("low"));
         return false;
     case 3:
-        sys().shellExecute(QStringLiteral("open"), QStringLiteral("taskmgr.exe"), QString(),
-                           swShowNormal);
+        appstart::open(QStringLiteral("taskmgr.exe"));
         return false;
     default:
         return false;

@@ -3,6 +3,7 @@
 #include "globals.h"
 #include "my_shell1.h"
 #include "platform/platform.h"
+#include "launcher/shellconfig.h"
 #include "look/stylesheets.h"
 #include "settings/savedvolume.h"
 
@@ -25,14 +26,6 @@ QString cleanLine(const QByteArray &raw)
     line.remove(QLatin1Char('\n'));
     line.remove(QLatin1Char('\r'));
     return line;
-}
-
-// Decimal number, or 0 for text that is not one.
-int decimalOrZero(const QString &text)
-{
-    bool ok = false;
-    const int value = text.toInt(&ok, 10);
-    return ok ? value : 0;
 }
 
 } // namespace
@@ -112,7 +105,7 @@ int scanSettingsFile()
             } else if (line.startsWith(QLatin1String("arg="))) {
                 appArg = line.mid(4);
             } else if (line.startsWith(QLatin1String("imageLang="))) {
-                language = decimalOrZero(line.mid(10));
+                language = shellconfig::number(line.mid(10));
             } else if (line.startsWith(QLatin1String("remDev="))) {
                 if (line.mid(7) == QLatin1String("1")) {
                     removableBoot = true;

@@ -116,6 +116,7 @@ public:
     // --- keyboard ---
     virtual quint64 foregroundKeyboardLayout() = 0;                  // HKL of the foreground thread
     virtual QList<quint64> keyboardLayouts() = 0;                    // GetKeyboardLayoutList
+    virtual int keyboardLayoutCount() = 0;                           // GetKeyboardLayoutList(0, null)
     virtual QString localeLanguageName(quint32 lcid) = 0;            // LOCALE_SLANGUAGE
     virtual short asyncKeyState(int vk) = 0;
 

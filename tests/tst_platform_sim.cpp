@@ -324,6 +324,7 @@ private slots:
         QVERIFY(m.sim->displayMode(2, &mode) && !m.sim->displayMode(3, &mode));
         QCOMPARE(SimMachineFacts::modeText(mode), QStringLiteral("1280x1024x32@60"));
         QCOMPARE(m.sim->keyboardLayouts(), (QList<quint64>{0x04090409, 0x04190419}));
+        QCOMPARE(m.sim->keyboardLayoutCount(), 2);
         QStringList names;
         QVERIFY(m.sim->processNames(&names));
         QCOMPARE(names, (QStringList{"smss.exe", "autorun.exe"}));

@@ -335,6 +335,7 @@ private slots:
     {
         const QList<quint64> layouts = win.keyboardLayouts();
         QVERIFY(!layouts.isEmpty());
+        QCOMPARE(win.keyboardLayoutCount(), layouts.size());
         QVERIFY(layouts.contains(quint64(reinterpret_cast<quintptr>(GetKeyboardLayout(0)))));
         QVERIFY(win.foregroundKeyboardLayout() != 0);
         QVERIFY(!win.localeLanguageName(quint32(layouts.first() & 0xffff)).isEmpty());

@@ -605,6 +605,11 @@ QList<quint64> SimPlatform::keyboardLayouts()
     return currentFacts().layouts;
 }
 
+int SimPlatform::keyboardLayoutCount()
+{
+    return currentFacts().layouts.size();
+}
+
 QString SimPlatform::localeLanguageName(quint32 lcid)
 {
     static const QHash<quint32, QString> names = {

@@ -67,6 +67,7 @@ public:
     bool screenSize(int *width, int *height) override;
     quint64 foregroundKeyboardLayout() override;
     QList<quint64> keyboardLayouts() override;
+    int keyboardLayoutCount() override;
     QString localeLanguageName(quint32 lcid) override;
     short asyncKeyState(int vk) override;
     bool registerHotKey(quintptr window, int id, quint32 modifiers, quint32 vk) override;

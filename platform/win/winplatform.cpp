@@ -248,6 +248,11 @@ quint64 WinPlatform::foregroundKeyboardLayout()
     return quint64(reinterpret_cast<quintptr>(GetKeyboardLayout(thread)));
 }
 
+int WinPlatform::keyboardLayoutCount()
+{
+    return GetKeyboardLayoutList(0, nullptr);
+}
+
 QList<quint64> WinPlatform::keyboardLayouts()
 {
     QList<quint64> layouts;

@@ -36,6 +36,7 @@ public:
 
     quint64 foregroundKeyboardLayout() override;
     QList<quint64> keyboardLayouts() override;
+    int keyboardLayoutCount() override;
     QString localeLanguageName(quint32 lcid) override;
     short asyncKeyState(int vk) override;
 
