@@ -17,29 +17,36 @@ namespace {
             (notes)->append({(line), (text)});  \
     } while (0)
 
-// Calls f for each line of the file with every CR and LF taken out; false if it won't open.
+// Calls f for each line of the file, numbered from 1; false if it won't open.
 template <typename F>
 bool forEachLine(const QString &drivePath, F f)
 {
-    QFile file(sys().hostPath(drivePath));
+    QStringList lines;
+    if (!readLines(sys().hostPath(drivePath), &lines))
+        return false;
+    for (int i = 0; i < lines.size(); ++i)
+        f(lines[i], i + 1);
+    return true;
+}
+
+} // namespace
+
+bool readLines(const QString &hostPath, QStringList *lines)
+{
+    QFile file(hostPath);
     if (!file.open(QIODevice::ReadOnly))
         return false;
     QTextStream in(&file);
     in.setCodec(QTextCodec::codecForName("UTF-8"));
     in.setAutoDetectUnicode(false);
-    int lineNo = 0;
     QString line;
     while (in.readLineInto(&line)) {
-        ++lineNo;
         line.remove(QLatin1Char('\r'));
         line.remove(QLatin1Char('\n'));
-        f(line, lineNo);
+        lines->append(line);
     }
-    file.close();
     return true;
 }
-
-} // namespace
 
 QStringList splitFields(const QString &value)
 {

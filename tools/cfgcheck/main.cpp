@@ -7,9 +7,7 @@
 #include "launcher/shellconfig.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QMap>
-#include <QTextCodec>
 #include <QTextStream>
 #include <cstdio>
 
@@ -20,20 +18,10 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: cfgcheck <data_shell.cfg>\n");
         return 2;
     }
-    QFile file(QString::fromLocal8Bit(argv[1]));
-    if (!file.open(QIODevice::ReadOnly)) {
+    QStringList lines;
+    if (!shellconfig::readLines(QString::fromLocal8Bit(argv[1]), &lines)) {
         std::fprintf(stderr, "cannot open %s: the shell would show no entries, buttons or texts\n", argv[1]);
         return 1;
-    }
-    QTextStream in(&file);
-    in.setCodec(QTextCodec::codecForName("UTF-8"));
-    in.setAutoDetectUnicode(false);
-    QStringList lines;
-    QString line;
-    while (in.readLineInto(&line)) {
-        line.remove(QLatin1Char('\r'));
-        line.remove(QLatin1Char('\n'));
-        lines.append(line);
     }
 
     // The shell's three passes, one after the other, each over every line.
