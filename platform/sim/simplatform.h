@@ -2,6 +2,8 @@
 // A Windows PE machine played by a folder: drives/<LETTER>/ are the drives, registry.reg the
 // registry (regedit export format), machine.ini the rest, journal.log one line per effect,
 // inbox.txt native messages sent from outside. docs/machine.md describes the folder.
+// One room a file: simplatform.cpp (folder, journal, machine.ini), simplatform_paths.cpp,
+// _registry, _volumes, _display (display and input), _processes (processes and starts), _inbox.
 
 #include "platform/platform.h"
 #include "platform/sim/simmachine.h"
