@@ -3,30 +3,19 @@
 #include "globals.h"
 #include "my_shell1.h"
 #include "platform/platform.h"
-#include "launcher/shellconfig.h"
+#include "startupfiles.h"
 #include "look/stylesheets.h"
 #include "settings/savedvolume.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QScreen>
-#include <QTextCodec>
-#include <QTextStream>
 
 namespace {
 
 const quint32 regDword = 4;
 const quint32 storageDeviceNumberSize = 12;
 const quint32 fileDeviceDisk = 7;
-
-// One line of a line-oriented file: UTF-8, with every "\n" and "\r" taken out.
-QString cleanLine(const QByteArray &raw)
-{
-    QString line = QString::fromUtf8(raw);
-    line.remove(QLatin1Char('\n'));
-    line.remove(QLatin1Char('\r'));
-    return line;
-}
 
 } // namespace
 
@@ -98,22 +87,16 @@ int scanSettingsFile()
         // The first drive that holds the file ends the scan, whatever the file holds.
         if (!file.open(QIODevice::ReadOnly))
             return language;
-        while (!file.atEnd()) {
-            const QString line = cleanLine(file.readLine());
-            if (line.startsWith(QLatin1String("appRun="))) {
-                appRun = line.mid(7);
-            } else if (line.startsWith(QLatin1String("arg="))) {
-                appArg = line.mid(4);
-            } else if (line.startsWith(QLatin1String("imageLang="))) {
-                language = shellconfig::number(line.mid(10));
-            } else if (line.startsWith(QLatin1String("remDev="))) {
-                if (line.mid(7) == QLatin1String("1")) {
-                    removableBoot = true;
-                    mediumDiskNumber = mediumDiskNumberOf(letter);
-                }
-            }
+        const SettingsFileFacts facts = startupfiles::readSettingsFile(&file);
+        if (facts.hasAppRun)
+            appRun = facts.appRun;
+        if (facts.hasArg)
+            appArg = facts.arg;
+        if (facts.removable) {
+            removableBoot = true;
+            mediumDiskNumber = mediumDiskNumberOf(letter);
         }
-        return language;
+        return facts.imageLanguage;
     }
     return language;
 }
@@ -128,13 +111,8 @@ void passImageLanguage(int language)
 void readBootLetter()
 {
     QFile file(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")));
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    while (!file.atEnd()) {
-        const QString line = cleanLine(file.readLine());
-        if (line.startsWith(QLatin1String("bootLetter=")))
-            bootLetter = line.mid(11);
-    }
+    if (file.open(QIODevice::ReadOnly))
+        startupfiles::readBootLetter(&file, &bootLetter);
 }
 
 void restoreSavedFolders()
