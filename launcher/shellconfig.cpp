@@ -36,7 +36,13 @@ bool readLines(const QString &hostPath, QStringList *lines)
     QFile file(hostPath);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    QTextStream in(&file);
+    readLines(&file, lines);
+    return true;
+}
+
+void readLines(QIODevice *device, QStringList *lines)
+{
+    QTextStream in(device);
     in.setCodec(QTextCodec::codecForName("UTF-8"));
     in.setAutoDetectUnicode(false);
     QString line;
@@ -45,7 +51,6 @@ bool readLines(const QString &hostPath, QStringList *lines)
         line.remove(QLatin1Char('\n'));
         lines->append(line);
     }
-    return true;
 }
 
 QStringList splitFields(const QString &value)
