@@ -8,7 +8,8 @@
 # run interleaved with the rest, for before-and-after figures.
 # Per case and round: milliseconds from exec to the panel's window mapped (an X MapNotify), RSS
 # and PSS ten seconds after exec (smaps_rollup), then CPU time (utime+stime) and wake-ups
-# (voluntary + involuntary context switches of all threads) over the idle time. Printed: the
+# (voluntary + involuntary context switches, of the main thread and of all threads) over the idle
+# time. Printed: the
 # median of each over the rounds. A round starts its cases one after the other, 12 s apart, and
 # lets their idle windows overlap: every figure but the start time is the process's own.
 # ROUNDS (7; quick 3) and IDLE seconds (60; quick 15) override the defaults.
@@ -110,15 +111,19 @@ run_case() {
         rss=$(awk '/^Rss:/ { print $2 }' /proc/$pid/smaps_rollup)
         pss=$(awk '/^Pss:/ { print $2 }' /proc/$pid/smaps_rollup)
         read -r -a a < /proc/$pid/stat
-        local s0; s0=$(cat /proc/$pid/task/*/status | awk '/ctxt_switches/ { n += $2 } END { print n }')
+        local s0 m0
+        s0=$(cat /proc/$pid/task/*/status | awk '/ctxt_switches/ { n += $2 } END { print n }')
+        m0=$(awk '/ctxt_switches/ { n += $2 } END { print n }' /proc/$pid/task/$pid/status)
         sleep "$idle"
         read -r -a b < /proc/$pid/stat
-        local s1; s1=$(cat /proc/$pid/task/*/status | awk '/ctxt_switches/ { n += $2 } END { print n }')
+        local s1 m1
+        s1=$(cat /proc/$pid/task/*/status | awk '/ctxt_switches/ { n += $2 } END { print n }')
+        m1=$(awk '/ctxt_switches/ { n += $2 } END { print n }' /proc/$pid/task/$pid/status)
         kill "$pid" 2>/dev/null; sleep 0.2; kill -9 "$pid" 2>/dev/null || true
         local hz; hz=$(getconf CLK_TCK)
         awk -v ms="$ms" -v rss="$rss" -v pss="$pss" -v t=$(( (b[13] + b[14]) - (a[13] + a[14]) )) \
-            -v hz="$hz" -v w=$(( s1 - s0 )) -v s="$idle" \
-            'BEGIN { printf "%s %d %d %.0f %.2f\n", ms, rss, pss, 1000 * t / hz, w / s }' > "$result"
+            -v hz="$hz" -v w=$(( s1 - s0 )) -v m=$(( m1 - m0 )) -v s="$idle" \
+            'BEGIN { printf "%s %d %d %.0f %.2f %.2f\n", ms, rss, pss, 1000 * t / hz, m / s, w / s }' > "$result"
     ) &
 }
 
@@ -138,16 +143,17 @@ for ((r = 1; r <= rounds; r++)); do
 done
 
 median() { sort -n | awk '{ v[NR] = $1 } END { if (NR == 0) print "-"; else if (NR % 2) print v[(NR + 1) / 2]; else print (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
-printf '%-18s %10s %10s %10s %12s %12s\n' case "mapped ms" "RSS MiB" "PSS MiB" "CPU % core" "wake-ups/s"
+printf '%-18s %10s %8s %8s %11s %12s %12s\n' case "mapped ms" "RSS MiB" "PSS MiB" "CPU % core" "wakes/s main" "wakes/s all"
 for c in "${cases[@]}"; do
     files=("$work"/r*."$c")
     ms=$(cat "${files[@]}" | awk '$1 != "timeout" { print $1 }' | median)
-    rss=$(cat "${files[@]}" | awk 'NF == 5 { print $2 / 1024 }' | median)
-    pss=$(cat "${files[@]}" | awk 'NF == 5 { print $3 / 1024 }' | median)
-    cpu=$(cat "${files[@]}" | awk -v s="$idle" 'NF == 5 { print $4 / 10 / s }' | median)
-    wake=$(cat "${files[@]}" | awk 'NF == 5 { print $5 }' | median)
+    rss=$(cat "${files[@]}" | awk 'NF == 6 { print $2 / 1024 }' | median)
+    pss=$(cat "${files[@]}" | awk 'NF == 6 { print $3 / 1024 }' | median)
+    cpu=$(cat "${files[@]}" | awk -v s="$idle" 'NF == 6 { print $4 / 10 / s }' | median)
+    wake=$(cat "${files[@]}" | awk 'NF == 6 { print $5 }' | median)
+    wakeAll=$(cat "${files[@]}" | awk 'NF == 6 { print $6 }' | median)
     timeouts=$(cat "${files[@]}" | grep -c timeout || true)
-    printf '%-18s %10s %10.1f %10.1f %12.3f %12.2f%s\n' "$c" "$ms" "$rss" "$pss" "$cpu" "$wake" \
+    printf '%-18s %10s %8.1f %8.1f %11.3f %12.2f %12.2f%s\n' "$c" "$ms" "$rss" "$pss" "$cpu" "$wake" "$wakeAll" \
         "$([ "$timeouts" -gt 0 ] && echo "  ($timeouts time-outs)")"
 done
 
@@ -160,7 +166,7 @@ for g in gl nogl; do
             for ((r = 1; r <= rounds; r++)); do
                 [ -f "$work/r$r.$who-$m-$g" ] && [ -f "$work/r$r.bare-$g" ] || continue
                 paste -d' ' "$work/r$r.$who-$m-$g" "$work/r$r.bare-$g"
-            done | awk 'NF == 10 { print $1 / $6, ($2 - $7) / 1024 }' > "$work/ratio"
+            done | awk 'NF == 12 { print $1 / $7, ($2 - $8) / 1024 }' > "$work/ratio"
             printf '%-18s mapped %.2f x the bare window, RSS %+.1f MiB (medians of per-round figures)\n' \
                 "$who-$m-$g" "$(cut -d' ' -f1 "$work/ratio" | median)" "$(cut -d' ' -f2 "$work/ratio" | median)"
         done
