@@ -1,4 +1,5 @@
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/mainbutton.h"
@@ -33,7 +34,8 @@ QAction *fixedAction(const QString &text, const char *icon, QObject *parent)
 } // namespace
 
 my_shell1::my_shell1(QWidget *parent)
-    : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      form(new Ui::my_shell1Class)
 {
     // The locale goes first, before anything is drawn.
     setupLocale();

@@ -2,6 +2,7 @@
 // start that the panel makes itself.
 
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "launcher/appstart.h"
 #include "launcher/mainbutton.h"

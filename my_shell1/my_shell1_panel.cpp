@@ -2,6 +2,7 @@
 // button, the keyboard layout list and the delayed initialisation chain.
 
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/appstart.h"

@@ -283,7 +283,7 @@ void ShellTest::geometryFollowsScreenWidth()
     QCOMPARE(shell.width(), width);
     QCOMPARE(shell.height(), 64);
     QCOMPARE(shell.pos(), QPoint(0, height - 3));
-    QCOMPARE(shell.ui.widget_2->geometry(), QRect(width - 500, 0, 400, 64));
+    QCOMPARE(formWidget<QWidget>(shell, "widget_2")->geometry(), QRect(width - 500, 0, 400, 64));
     QCOMPARE(shell.clock->geometry(), QRect(width - 68, 0, 64, 64));
     QCOMPARE(shell.mask(), QRegion(0, 0, width, 64));
     QCOMPARE(shell.startButton->pos(), QPoint(0, 3));
@@ -311,7 +311,7 @@ void ShellTest::formMenuAndTimers()
                                  "Turn Off Computer"}));
     QCOMPARE(shell.mainMenu->actions().first()->font().family(), QString("Tahoma"));
     QCOMPARE(shell.mainMenu->actions().first()->font().pointSize(), 11);
-    QCOMPARE(shell.noAdapterButton->parentWidget(), shell.ui.widget);
+    QCOMPARE(shell.noAdapterButton->parentWidget(), formWidget<QWidget>(shell, "widget"));
 
     // The five timers stand wired and idle; only the 10 ms shot to init() runs.
     for (QTimer *t : {shell.hideTimer, shell.statusTimer, shell.menuCloseTimer, shell.staticIpTimer,
