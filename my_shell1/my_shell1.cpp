@@ -8,6 +8,7 @@
 #include "launcher/mymenu.h"
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
+#include "look/resources.h"
 #include "network/static_ip_dlg.h"
 #include "platform/platform.h"
 #include "settings/savechangingdialog.h"
@@ -19,14 +20,9 @@
 
 namespace {
 
-QString resource(const char *name)
-{
-    return QStringLiteral(":/my_shell1/Resources/") + QLatin1String(name);
-}
-
 QAction *fixedAction(const QString &text, const char *icon, QObject *parent)
 {
-    QAction *action = new QAction(QIcon(resource(icon)), text, parent);
+    QAction *action = new QAction(QIcon(shellResource(icon)), text, parent);
     action->setFont(menuFont());
     return action;
 }
@@ -63,10 +59,10 @@ my_shell1::my_shell1(QWidget *parent)
     setMouseTracking(true);
     ui.setupUi(this);
     ui.label_5->clear();
-    panelPixmap.load(resource("panel2.png"));
-    panelPixmap1.load(resource("panel1.png"));
-    panelPixmap3.load(resource("panel3.png"));
-    edgePixmap.load(resource("kant.png"));
+    panelPixmap.load(shellResource("panel2.png"));
+    panelPixmap1.load(shellResource("panel1.png"));
+    panelPixmap3.load(shellResource("panel3.png"));
+    edgePixmap.load(shellResource("kant.png"));
 
     resize(screenWidth, 64);
     userProgramsMenu = nullptr;
@@ -121,7 +117,7 @@ my_shell1::my_shell1(QWidget *parent)
     ui.horizontalLayout->addWidget(noAdapterButton);
     noAdapterButton->setFlat(true);
     noAdapterButton->setToolTip(tr("No Network Adapter detected\nClick to run Network Configurator"));
-    noAdapterButton->setIcon(QIcon(resource("noAdapter.png")));
+    noAdapterButton->setIcon(QIcon(shellResource("noAdapter.png")));
     connect(noAdapterButton, &QPushButton::clicked, this, &my_shell1::startIpConf);
 
     panelShown = false;

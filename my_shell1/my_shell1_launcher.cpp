@@ -12,6 +12,7 @@
 #include "launcher/mybutton.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
+#include "look/resources.h"
 #include "platform/platform.h"
 
 #include <QIcon>
@@ -19,11 +20,6 @@
 
 namespace {
 
-
-QString resourcePath(const char *name)
-{
-    return QStringLiteral(":/my_shell1/Resources/") + QLatin1String(name);
-}
 
 } // namespace
 
@@ -82,7 +78,7 @@ void my_shell1::createFixedButtons()
         auto *b = new my_PushButton(ui.widget_3);
         b->setFlat(true);
         b->setIconSize(QSize(16, 16));
-        b->setIcon(QIcon(resourcePath(icon)));
+        b->setIcon(QIcon(shellResource(icon)));
         if (!tip.isEmpty())
             b->setToolTip(tip);
         ui.horizontalLayout_3->addWidget(b);
