@@ -39,16 +39,15 @@ my_shell1::my_shell1(QWidget *parent)
         registerKeys();
 
     desktop = new dektopWidget(nullptr);
-    connect(desktop, SIGNAL(refreshClicked()), this, SLOT(refreshClicked()));
-    connect(desktop, SIGNAL(userProgram_Remove()), this, SLOT(userProgram_Remove()));
+    connect(desktop, &dektopWidget::refreshClicked, this, &my_shell1::refreshClicked);
+    connect(desktop, &dektopWidget::userProgram_Remove, this, &my_shell1::userProgram_Remove);
     desktop->showMaximized();
 
     saveDialog = new saveChangingDialog(this);
     staticIpDialog = new static_ip_dlg(nullptr);
-    // The dialog declares its signal with int, so this connection does not take: only the
-    // desktop's stop button reaches needStopOperation. Kept as the shell has always wired it.
+    // By name on purpose: the dialog's signal takes int, so this never connects (stop comes from the desktop).
     connect(staticIpDialog, SIGNAL(needStopOperation(quint64)), this, SLOT(needStopOperation(quint64)));
-    connect(desktop, SIGNAL(needStopOperation(int)), this, SLOT(needStopOperation(int)));
+    connect(desktop, &dektopWidget::needStopOperation, this, &my_shell1::needStopOperation);
     desktop->waitPanel->hide();
 
     displayWidth = screenWidth;

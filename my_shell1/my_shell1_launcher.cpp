@@ -48,6 +48,8 @@ void my_shell1::createMainMenu()
     parts.menuActions = &menuActions;
     parts.subMenus = &subMenus;
     parts.appList = &appList;
+    parts.startApp = [this](int id) { startApp(id); };
+    parts.closeMenu = [this] { closeMenu(); };
     buildMainMenuEntries(pass, parts);
 
     RunEntry medium;
@@ -63,6 +65,7 @@ void my_shell1::createLauncherButtons()
         auto *button = new MyButton(this, x, 35, line.id, 1, line.normalImage, line.nearImage,
                                     line.activeImage, line.tip);
         connect(button, &MyButton::i_am_active, this, &my_shell1::some_button_is_active);
+        connect(this, &my_shell1::button_is_active, button, &MyButton::near_button_is_active);
         connect(button, &MyButton::looseActive, this, &my_shell1::notActiveButtons);
         connect(button, &MyButton::mButtonClicked, this, &my_shell1::startApp);
         appList.append({line.id, line.path, line.params});
