@@ -106,6 +106,9 @@ QToolButton *dektopWidget::toolButton() const { return ui->toolButton; }
 
 QSize dektopWidget::primaryScreenSize() const
 {
+    // The panel's screen, which a simulated display may make smaller than the toolkit's.
+    if (screenWidth > 0 && screenHeight > 0)
+        return QSize(screenWidth, screenHeight);
     const QScreen *screen = QGuiApplication::primaryScreen();
     return screen ? screen->size() : QSize();
 }

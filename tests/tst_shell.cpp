@@ -3,6 +3,7 @@
 #include "testmachine.h"
 #include "testmain.h"
 
+#include "desktop/dektopwidget.h"
 #include "launcher/mainbutton.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
@@ -69,6 +70,7 @@ private slots:
     void geometryFollowsScreenWidth_data();
     void geometryFollowsScreenWidth();
     void formMenuAndTimers();
+    void desktopTakesThePanelsLogicalScreen();
 };
 
 void ShellTest::settingsFileOnLowestDriveOnly()
@@ -321,6 +323,18 @@ void ShellTest::formMenuAndTimers()
     }
     QVERIFY(shell.initTimer->isActive() && shell.initTimer->isSingleShot());
     QCOMPARE(shell.initTimer->interval(), 10);
+}
+
+void ShellTest::desktopTakesThePanelsLogicalScreen()
+{
+    // The offscreen toolkit screen is 800x600; the simulated display's logical screen differs.
+    TestMachine m;
+    m.write("machine.ini", "[display]\ncurrent=1280x960x32@60\nscreen=640x480\n");
+    readScreen();
+    my_shell1 shell;
+    QCOMPARE(shell.width(), 640);
+    QCOMPARE(shell.desktop->size(), QSize(640, 480));
+    QCOMPARE(shell.desktop->titleLabel()->x(), 640 - 430);
 }
 
 KELPIE_TEST_MAIN(ShellTest)
