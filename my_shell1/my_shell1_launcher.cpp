@@ -181,7 +181,7 @@ void my_shell1::runTaskList()
     for (const RunEntry &entry : qAsConst(toRunList)) {
         const QString path = appstart::taskListPath(entry.program);
         const ShellResult r = appstart::open(path, entry.arguments);
-        addLogInfo(QStringLiteral("run %1=%2").arg(path).arg(r.lastError));
+        addLogInfo(QStringLiteral("run %1=%2").arg(path, QString::number(r.lastError)));
     }
     toRunList.clear();
 }
