@@ -376,11 +376,14 @@ void TestDesktop::panelAndRemoveButtonSignals()
     d.removeButton->click();
     QCOMPARE(remove.count(), 1);
 
-    // The timer keeps running; each timeout hides the button again.
+    // The timer keeps running: every timeout hides the button again.
     d.removeTimer->start(200);
-    QVERIFY(QMetaObject::invokeMethod(d.removeTimer, "timeout"));
-    QVERIFY(d.removeButton->isHidden());
-    QVERIFY(!d.removeTimer->isSingleShot());
+    for (int i = 0; i < 2; ++i) {
+        d.removeButton->show();
+        QVERIFY(QMetaObject::invokeMethod(d.removeTimer, "timeout"));
+        QVERIFY(d.removeButton->isHidden());
+        QVERIFY(d.removeTimer->isActive());
+    }
 
     // The window system cannot close the desktop.
     d.show();
