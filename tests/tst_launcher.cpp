@@ -4,6 +4,7 @@
 #include "testmachine.h"
 #include "testmain.h"
 #include "menucloser.h"
+#include "testshell.h"
 
 #include "launcher/appstart.h"
 #include "launcher/mainbutton.h"
@@ -26,12 +27,7 @@ const char *cfgPath = "drives/X/Program Files/kelpie/data_shell.cfg";
 // The "start" lines of the journal, without the operation name.
 QStringList starts(const TestMachine &m)
 {
-    QStringList out;
-    for (const QString &line : m.sim->journal()) {
-        if (line.startsWith(QLatin1String("start\t")))
-            out.append(line.mid(6));
-    }
-    return out;
+    return m.journalOf(QStringLiteral("start")).replaceInStrings(QRegularExpression("^start\t"), QString());
 }
 
 QString startLine(const QString &file, const QString &params)
@@ -75,10 +71,8 @@ class TestLauncher : public QObject {
     std::unique_ptr<my_shell1> shell(const QByteArray &cfg)
     {
         if (!cfg.isNull())
-            m->write(cfgPath, cfg);
-        auto s = std::make_unique<my_shell1>();
-        s->initTimer->stop();   // the start-up chain would open the menu inside a test's own loop
-        return s;
+            m->config(cfg);
+        return makeShell(screenWidth, screenHeight);
     }
 
 private slots:
