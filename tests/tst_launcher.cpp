@@ -269,9 +269,9 @@ private slots:
     void menuWithoutFile()
     {
         auto s = shell(QByteArray());
-        const QStringList texts = menuTexts(s->mainMenu);
-        QCOMPARE(texts.mid(0, 2), QStringList({"About Kelpie", "--"}));
-        QCOMPARE(texts.mid(texts.size() - 3), QStringList({"Run...", "Load Driver", "Turn Off Computer"}));
+        // The fixed entries alone, in their order, in the menus' font.
+        QCOMPARE(menuTexts(s->mainMenu), QStringList({"About Kelpie", "--", "--", "Run...", "Load Driver",
+                                                      "Turn Off Computer"}));
         QVERIFY(s->appList.isEmpty());
         QVERIFY(toRunList.isEmpty());
         QVERIFY(s->findChildren<MyButton *>().isEmpty());
