@@ -119,7 +119,7 @@ private slots:
                 "  03,ff\r\n"
                 "\"Expand\"=hex(2):25,00,41,00,25,00,00,00\r\n\r\n");
         const RegValue v = m.sim->readUserDword("software\\MORVANE WORKS", "winpe");
-        QVERIFY(v.found && v.type == 4 && v.data == 14);
+        QVERIFY(v.found && v.type == win32::regDword && v.data == 14);
         QVERIFY(!m.sim->readUserDword("Software\\Morvane Works", "Nope").found);
         QVERIFY(!m.sim->readUserDword("Software\\Nobody", "WinPE").found);
         QVERIFY(m.sim->writeUserDword("Software\\Morvane Works\\Tessel Imager", "Language", 1049));
@@ -140,10 +140,10 @@ private slots:
             QCOMPARE(p->readValue(morvane, QString()).text, QStringLiteral("default"));
             QCOMPARE(p->readValue(morvane, "Path").text, QStringLiteral("C:\\Tools\\\"q\""));
             const RegData blob = p->readValue(morvane, "Blob");
-            QVERIFY(blob.type == 3 && blob.dword == 0xff030201u);
+            QVERIFY(blob.type == win32::regBinary && blob.dword == 0xff030201u);
             QCOMPARE(blob.bytes, QByteArray("\x01\x02\x03\xff", 4));
             const RegData expand = p->readValue(morvane, "Expand");
-            QVERIFY(expand.type == 2 && expand.text == "%A%");
+            QVERIFY(expand.type == win32::regExpandSz && expand.text == "%A%");
         }
     }
 
@@ -373,7 +373,8 @@ private slots:
         QVERIFY(!m.sim->volumeReady('F'));
         QVERIFY(!m.sim->volumeReady('G'));   // described, but no folder
         const DeviceNumberAnswer e = m.sim->deviceNumber('E');
-        QVERIFY(e.opened && e.ok && e.bytesReturned == 12 && e.deviceType == 7);
+        QVERIFY(e.opened && e.ok && e.bytesReturned == win32::storageDeviceNumberSize
+                && e.deviceType == win32::fileDeviceDisk);
         QCOMPARE(e.deviceNumber, 1u);
         // F refuses, C has no facts (a folder-backed drive), G cannot be opened.
         QVERIFY(m.sim->deviceNumber('F').opened && !m.sim->deviceNumber('F').ok);
