@@ -201,15 +201,14 @@ close_start_menu() {
 
 # --- the stage ---
 
-display=99
-while [ -e "/tmp/.X$display-lock" ] || [ -e "/tmp/.X11-unix/X$display" ]; do
-    display=$((display + 1))
-done
-Xvfb ":$display" -screen 0 1024x768x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+# A display of our own: the server takes the first free number and tells it, so that runs side
+# by side never share a screen.
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
 xvfb_pid=$!
-export DISPLAY=:$display
-wait_for 10 xdpyinfo >/dev/null 2>&1 \
+wait_for 10 test -s "$work/display" \
     || { say "Xvfb did not start" >&2; cat "$work/xvfb.log" >&2; exit 1; }
+DISPLAY=:$(head -n1 "$work/display")
+export DISPLAY
 
 say "creating Wine prefix on $DISPLAY"
 wineboot -i >/dev/null 2>&1
