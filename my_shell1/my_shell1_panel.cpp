@@ -9,6 +9,7 @@
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
 #include "look/analog_clock.h"
+#include "network/bringuplog.h"
 #include "platform/platform.h"
 #include "startup.h"
 #include "statustext.h"
@@ -338,7 +339,7 @@ void my_shell1::init()
     hideTimer->start(1000);
     bringUpStage = 0;
     startIpPending = false;
-    if (fileExists("x:/program files/kelpie/start_ip.cmd")) {
+    if (fileExists(bringup::staticIpScript)) {
         startIpPending = true;
         bringUpStage = 1;
         desktop->waitPanel->show();
@@ -351,7 +352,7 @@ void my_shell1::init()
 
 void my_shell1::beginMapNetwork()
 {
-    if (fileExists("x:/map_network.cmd")) {
+    if (fileExists(bringup::mapNetworkScript)) {
         bringUpStage = 2;
         desktop->label()->setText(tr("Trying to map network resource. Please wait..."));
         desktop->waitPanel->show();

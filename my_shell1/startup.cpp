@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 #include "launcher/shellconfig.h"
 #include "look/stylesheets.h"
+#include "network/netcondition.h"
 #include "settings/savedvolume.h"
 
 #include <QApplication>
@@ -127,14 +128,9 @@ void passImageLanguage(int language)
 
 void readBootLetter()
 {
-    QFile file(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")));
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    while (!file.atEnd()) {
-        const QString line = cleanLine(file.readLine());
-        if (line.startsWith(QLatin1String("bootLetter=")))
-            bootLetter = line.mid(11);
-    }
+    NetworkCondition start;
+    readStartNetwork(start);
+    bootLetter = start.bootLetter;
 }
 
 void restoreSavedFolders()

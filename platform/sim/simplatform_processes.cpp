@@ -129,5 +129,8 @@ ShellResult SimPlatform::shellExecute(const QString &verb, const QString &file,
                                       const QString &parameters, int show)
 {
     appendJournal({QStringLiteral("start"), verb, file, parameters, QString::number(show)});
-    return startAnswer(file);
+    const ShellResult r = startAnswer(file);
+    if (r.code > 32)
+        leaveBehind(file);
+    return r;
 }
