@@ -2,11 +2,14 @@
 // two bring-up stages (static address, then shares) that run in the desktop's wait panel.
 
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/appstart.h"
 #include "launcher/my_pushbutton.h"
+#include "look/resources.h"
 #include "network/bringuplog.h"
+#include "platform/win32values.h"
 
 #include <QIcon>
 #include <QLabel>
@@ -14,8 +17,6 @@
 
 namespace {
 
-const char netOnIcon[] = ":/my_shell1/Resources/net_on.png";
-const char netOffIcon[] = ":/my_shell1/Resources/web_of.png";
 const int firstPollTick = 3;
 const int lastStaticStep = 6;   // five attempts have failed
 const int lastMapStep = 4;      // three attempts have failed
@@ -41,8 +42,9 @@ void my_shell1::networkStep()
     updateNetworkButtons();
     for (int position = 0; position < n && position < netButtons.size(); ++position) {
         netButtons[position]->setToolTip(netInfo.getAdapterStatus(position));
-        netButtons[position]->setIcon(
-            QIcon(QLatin1String(netInfo.adapterStatus == 5 ? netOnIcon : netOffIcon)));
+        netButtons[position]->setIcon(QIcon(shellResource(
+            netInfo.adapterStatus == qint32(win32::ifOperStatusOperational) ? QStringLiteral("net_on.png")
+                                                                          : QStringLiteral("web_of.png"))));
     }
 }
 
@@ -64,7 +66,7 @@ void my_shell1::updateNetworkButtons()
         button->setIconSize(QSize(16, 16));
         ui.horizontalLayout->addWidget(button);
         button->setFlat(true);
-        button->setIcon(QIcon(QLatin1String(netOffIcon)));
+        button->setIcon(QIcon(shellResource(QStringLiteral("web_of.png"))));
         connect(button, &QPushButton::clicked, this, &my_shell1::startIpConf);
         netButtons.append(button);
     }

@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "platform/netfacts.h"
+#include "win32values.h"
 
 // Answer of a registry DWORD read: the call's outcome and what it found.
 struct RegValue {
