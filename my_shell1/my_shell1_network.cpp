@@ -21,6 +21,14 @@ const int firstPollTick = 3;
 const int lastStaticStep = 6;   // five attempts have failed
 const int lastMapStep = 4;      // three attempts have failed
 
+// The two adapter pictures, decoded once rather than on every report.
+const QIcon &netIcon(bool connected)
+{
+    static const QIcon on(shellResource(QStringLiteral("net_on.png")));
+    static const QIcon off(shellResource(QStringLiteral("web_of.png")));
+    return connected ? on : off;
+}
+
 // One second of a stage's countdown, which lives in the label itself. True on the tick that
 // writes 0: the attempt falls on it.
 bool countDown(QLabel *seconds)
@@ -42,9 +50,9 @@ void my_shell1::networkStep()
     updateNetworkButtons();
     for (int position = 0; position < n && position < netButtons.size(); ++position) {
         netButtons[position]->setToolTip(netInfo.getAdapterStatus(position));
-        netButtons[position]->setIcon(QIcon(shellResource(
-            netInfo.adapterStatus == qint32(win32::ifOperStatusOperational) ? QStringLiteral("net_on.png")
-                                                                          : QStringLiteral("web_of.png"))));
+        netButtons[position]->setIcon(
+            netInfo.adapterStatus == qint32(win32::ifOperStatusOperational) ? netIcon(true)
+                                                                          : netIcon(false));
     }
 }
 
@@ -66,7 +74,7 @@ void my_shell1::updateNetworkButtons()
         button->setIconSize(QSize(16, 16));
         ui.horizontalLayout->addWidget(button);
         button->setFlat(true);
-        button->setIcon(QIcon(shellResource(QStringLiteral("web_of.png"))));
+        button->setIcon(netIcon(false));
         connect(button, &QPushButton::clicked, this, &my_shell1::startIpConf);
         netButtons.append(button);
     }
