@@ -27,7 +27,15 @@ constexpr int vkLMenu = 0xA4;
 constexpr int hcAction = 0;
 constexpr quint32 llkhfUp = 0x80;
 
-constexpr quint32 regDword = 4;                  // REG_DWORD
+// Registry value types.
+constexpr quint32 regNone = 0;
+constexpr quint32 regSz = 1;
+constexpr quint32 regExpandSz = 2;
+constexpr quint32 regBinary = 3;
+constexpr quint32 regDword = 4;
+constexpr quint32 regMultiSz = 7;
+constexpr quint32 regQword = 11;
+
 constexpr quint32 fileDeviceDisk = 7;            // FILE_DEVICE_DISK
 constexpr quint32 storageDeviceNumberSize = 12;  // sizeof(STORAGE_DEVICE_NUMBER)
 
@@ -35,16 +43,12 @@ constexpr quint32 storageDeviceNumberSize = 12;  // sizeof(STORAGE_DEVICE_NUMBER
 constexpr int seErrFileNotFound = 2;   // SE_ERR_FNF
 constexpr int seErrPathNotFound = 3;   // SE_ERR_PNF
 
-// The network roads: result codes, registry string types, the operational state and the
-// firewall manager's true.
+// The network roads: result codes, the operational states and the firewall manager's true.
 constexpr quint32 errorFileNotFound = 2;       // ERROR_FILE_NOT_FOUND
 constexpr quint32 errorInvalidParameter = 87;  // ERROR_INVALID_PARAMETER
 constexpr quint32 errorNoData = 232;           // ERROR_NO_DATA
 constexpr quint32 errorMoreData = 234;         // ERROR_MORE_DATA
 constexpr quint32 errorNoMoreItems = 259;      // ERROR_NO_MORE_ITEMS
-constexpr quint32 regSz = 1;                   // REG_SZ
-constexpr quint32 regExpandSz = 2;             // REG_EXPAND_SZ
-constexpr quint32 regMultiSz = 7;              // REG_MULTI_SZ
 constexpr quint32 ifOperStatusDisconnected = 2;   // IF_OPER_STATUS_DISCONNECTED
 constexpr quint32 ifOperStatusOperational = 5;    // IF_OPER_STATUS_OPERATIONAL
 constexpr quint16 variantTrue = 0xFFFF;        // VARIANT_TRUE

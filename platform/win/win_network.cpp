@@ -26,9 +26,6 @@ static_assert(win32::errorFileNotFound == ERROR_FILE_NOT_FOUND
                   && win32::errorNoData == ERROR_NO_DATA && win32::errorMoreData == ERROR_MORE_DATA
                   && win32::errorNoMoreItems == ERROR_NO_MORE_ITEMS,
               "result codes");
-static_assert(win32::regSz == REG_SZ && win32::regExpandSz == REG_EXPAND_SZ
-                  && win32::regMultiSz == REG_MULTI_SZ,
-              "registry string types");
 static_assert(win32::ifOperStatusOperational == IF_OPER_STATUS_OPERATIONAL
                   && win32::ifOperStatusDisconnected == IF_OPER_STATUS_DISCONNECTED
                   && win32::variantTrue == quint16(VARIANT_TRUE)
