@@ -42,7 +42,7 @@ bool countDown(QLabel *seconds)
 
 void my_shell1::networkStep()
 {
-    // The count of before the enumeration: the tick that first finds adapters only makes their
+    // The count from before the enumeration: the tick that first finds adapters only makes their
     // buttons, the reports follow on the next.
     const int n = netInfo.getAdapterCount();
     if (n == 0 && adapterPollCount == firstPollTick)
