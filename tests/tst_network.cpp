@@ -13,12 +13,10 @@
 #include "network/ip_settings.h"
 #include "network/static_ip_dlg.h"
 #include "network/netcondition.h"
-#include "platform/netfacts.h"
 
 #include <QLabel>
 #include <QTimer>
 #include <QToolButton>
-#include <QUuid>
 
 Q_DECLARE_METATYPE(NetworkCondition)
 
@@ -113,8 +111,6 @@ private slots:
 
     void inventory_data();
     void inventory();
-    void classGuidText_data();
-    void classGuidText();
     void nameServer_data();
     void nameServer();
     void reportLines_data();
@@ -364,29 +360,6 @@ void NetworkTest::inventory()
     QVERIFY(net.classEntries.isEmpty() && net.filteredAdapters.isEmpty());
 }
 
-void NetworkTest::classGuidText_data()
-{
-    QTest::addColumn<QString>("guid");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("network class") << "{4d36e972-e325-11ce-bfc1-08002be10318}"
-                                   << "{4D36E972-E325-11CE-BFC1-08002BE10318}";
-    QTest::newRow("first three fields unpadded, the bytes padded")
-        << "{0000e972-0025-0001-0001-08002be10318}" << "{E972-25-1-0001-08002BE10318}";
-}
-
-void NetworkTest::classGuidText()
-{
-    QFETCH(QString, guid);
-    QFETCH(QString, text);
-    const QUuid u(guid);
-    NetDeviceRecord d;
-    d.guidData1 = u.data1;
-    d.guidData2 = u.data2;
-    d.guidData3 = u.data3;
-    std::copy(u.data4, u.data4 + 8, d.guidData4);
-    QCOMPARE(ip_settings::classGuidText(d), text);
-}
-
 void NetworkTest::nameServer_data()
 {
     QTest::addColumn<QByteArray>("value");   // as registry.reg writes it
@@ -503,8 +476,6 @@ void NetworkTest::reportReadsBack_data()
     QTest::newRow("gateway 0.0.0.0 reads back empty")
         << QByteArray("address=10.1.1.5/255.0.0.0\n") << false
         << condition(1, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1", "");
-    QTest::newRow("not listed by IP Helper")
-        << QByteArray("listed=0\nstatus=3\n") << true << condition(0, 1, 0, "", "", "10.0.0.1", "");
 }
 
 void NetworkTest::reportReadsBack()
