@@ -189,12 +189,6 @@ void NetworkTest::reportParser_data()
     QTest::addColumn<QString>("report");
     QTest::addColumn<NetworkCondition>("expected");
 
-    QTest::newRow("static, connected, firewall on")
-        << QStringLiteral("Card\nMAC Address: 00-11-22-33-44-55\nOperation status: Connected\n"
-                          "Network Connection: Ethernet\nDHCP Enabled: No\n"
-                          "IP Address: 192.168.1.50\nSubnet Mask: 255.255.255.0\n"
-                          "Default Gateway: 192.168.1.1\nDNS Server: 192.168.1.1\nFirewall: On")
-        << condition(1, 1, 0, "192.168.1.50", "255.255.255.0", "192.168.1.1", "192.168.1.1");
     QTest::newRow("dhcp server line is not read")
         << QStringLiteral("Operation status: Disconnected\nDHCP Enabled: Yes\n"
                           "DHCP Server: 10.0.0.1\nFirewall: Off")
