@@ -240,9 +240,9 @@ private slots:
     void sequenceOrder()
     {
         TestMachine m;
-        m.write("registry.reg", QByteArray(winPeKey) + "\"WinPE\"=dword:00000001\r\n");
-        m.write("drives/E/_kelpie.ini", "imageLang=1049\nappRun=Zembra.exe\narg= -a\n");
-        m.write("drives/X/tmpReg/startNetwork.log", "bootLetter=E\n");
+        m.registryDword("Software\\Morvane Works", "WinPE", 1)
+            .file("E:/_kelpie.ini", "imageLang=1049\nappRun=Zembra.exe\narg= -a\n")
+            .file("x:/tmpReg/startNetwork.log", "bootLetter=E\n");
         prepareShell(*qApp);
         QVERIFY(winPeMode);
         QCOMPARE(appRun, QString("Zembra.exe"));
