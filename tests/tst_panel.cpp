@@ -177,14 +177,14 @@ private slots:
         QTest::addColumn<bool>("locked");
         QTest::addColumn<bool>("menu");
         QTest::addColumn<bool>("staysUp");
-        const QPoint away(500, 100);
-        QTest::newRow("down, pointer on the bottom row: rises") << false << QPoint(500, 767) << false << false << false << true;
-        QTest::newRow("down, pointer elsewhere: stays down") << false << away << false << false << false << false;
-        QTest::newRow("up, pointer on the panel's corner: stays") << true << QPoint(1024, 704) << false << false << false << true;
+        const QPoint away(500, 100), bottom(500, 767), corner(1024, 704);
+        QTest::newRow("down, pointer on the last row: rises") << false << bottom << false << false << false << true;
+        QTest::newRow("down, pointer away: stays down") << false << away << false << false << false << false;
+        QTest::newRow("up, pointer on its corner: stays") << true << corner << false << false << false << true;
         QTest::newRow("up, a modal dialog holds it") << true << away << true << false << false << true;
         QTest::newRow("up, the lock holds it") << true << away << false << true << false << true;
         QTest::newRow("up, a running menu holds it") << true << away << false << false << true << true;
-        QTest::newRow("up, pointer away: drops to its edge") << true << away << false << false << false << false;
+        QTest::newRow("up, pointer away: drops") << true << away << false << false << false << false;
     }
 
     void hideAndShow()
@@ -354,7 +354,8 @@ private slots:
         QTest::newRow("the key-up passes") << hcAction << vkDelete << llkhfUp << ctrlAlt << false;
         QTest::newRow("not HC_ACTION passes") << 1 << vkDelete << 0u << ctrlAlt << false;
         QTest::newRow("another key passes") << hcAction << vkDelete - 1 << 0u << ctrlAlt << false;
-        QTest::newRow("Ctrl without Alt passes") << hcAction << vkDelete << 0u << QList<int>{vkControl} << false;
+        QTest::newRow("Ctrl without Alt passes") << hcAction << vkDelete << 0u << QList<int>{vkControl}
+                                                 << false;
     }
 
     void ctrlAltDel()
