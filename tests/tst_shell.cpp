@@ -44,58 +44,44 @@ class ShellTest : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void settingsFileOnLowestDriveOnly()
+    // _kelpie.ini on the drives C to Z, as "L:content"; what the start-up took from it.
+    void settingsFile_data()
     {
-        TestMachine m;
-        m.write("drives/E/_kelpie.ini", "");
-        m.write("drives/F/_kelpie.ini", "appRun=late.exe\nimageLang=7\n");
-        m.addDrive('A');
-        m.write("drives/A/_kelpie.ini", "appRun=floppy.exe\n");   // A and B are never looked at
-        QCOMPARE(scanSettingsFile(), 0);
-        QCOMPARE(appRun, QString());
-
-        // A drive below the empty file's still wins.
-        TestMachine n;
-        n.write("drives/E/_kelpie.ini", "appRun=later.exe\n");
-        n.write("drives/C/_kelpie.ini", "appRun=first.exe\n");
-        QCOMPARE(scanSettingsFile(), 0);
-        QCOMPARE(appRun, QString("first.exe"));
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QString>("taken");   // appRun|appArg|language|removable disk
+        auto row = [](const char *rule, const QStringList &files, const char *taken) {
+            QTest::newRow(rule) << files << QString(taken);
+        };
+        row("the lowest drive with the file ends the scan, even an empty file; A and B never count",
+            {"A:appRun=floppy.exe", "E:", "F:appRun=late.exe\nimageLang=7"}, "||0|-");
+        row("C comes before E", {"E:appRun=later.exe", "C:appRun=first.exe"}, "first.exe||0|-");
+        row("keys at the line's start, case-sensitive; values untrimmed",
+            {"E:appRun=first.exe\r\n  appRun=indented.exe\r\nAppRun=capital.exe\r\narg= -x \r\nxarg=no"},
+            "first.exe| -x |0|-");
+        row("a later empty value wins", {"E:appRun=first.exe\nappRun="}, "||0|-");
+        row("the image language, a number", {"E:imageLang=12"}, "||12|-");
+        row("a language that is not a number reads 0", {"E:imageLang=abc"}, "||0|-");
+        row("an empty language reads 0", {"E:imageLang="}, "||0|-");
+        row("the last language line wins", {"E:imageLang=9\nimageLang=3"}, "||3|-");
+        row("an indented language key is not the key", {"E: imageLang=5"}, "||0|-");
+        row("remDev=1 (with CR LF): removable, its disk asked", {"E:remDev=1\r"}, "||0|3");
+        row("remDev=0 is not removable", {"E:remDev=0"}, "||0|-");
+        row("only \"1\" counts", {"E:remDev=true"}, "||0|-");
+        row("a blank before the 1 is kept", {"E:remDev= 1"}, "||0|-");
+        row("a blank after the 1 is kept", {"E:remDev=1 "}, "||0|-");
     }
 
-    void settingsKeysAtColumnZeroUntrimmed()
+    void settingsFile()
     {
+        QFETCH(QStringList, files);
+        QFETCH(QString, taken);
         TestMachine m;
-        m.write("drives/E/_kelpie.ini",
-                "appRun=first.exe\r\n  appRun=indented.exe\r\nAppRun=capital.exe\r\n"
-                "arg= -x \r\nxarg=no\r\n");
-        scanSettingsFile();
-        QCOMPARE(appRun, QString("first.exe"));
-        QCOMPARE(appArg, QString(" -x "));
-
-        resetGlobals();
-        m.write("drives/E/_kelpie.ini", "appRun=first.exe\nappRun=\n");
-        scanSettingsFile();
-        QCOMPARE(appRun, QString(""));
-    }
-
-    void imageLanguage_data()
-    {
-        QTest::addColumn<QByteArray>("settings");
-        QTest::addColumn<int>("language");
-        QTest::newRow("a number") << QByteArray("imageLang=12") << 12;
-        QTest::newRow("not a number reads 0") << QByteArray("imageLang=abc") << 0;
-        QTest::newRow("empty reads 0") << QByteArray("imageLang=") << 0;
-        QTest::newRow("the last line wins") << QByteArray("imageLang=9\nimageLang=3") << 3;
-        QTest::newRow("the key stands at the line's start") << QByteArray(" imageLang=5") << 0;
-    }
-
-    void imageLanguage()
-    {
-        QFETCH(QByteArray, settings);
-        QFETCH(int, language);
-        TestMachine m;
-        m.file("E:/_kelpie.ini", settings + "\n");
-        QCOMPARE(scanSettingsFile(), language);
+        m.use<ScriptedMachine>()->disk = {true, true, 12, 7, 3, 1};
+        for (const QString &f : files)
+            m.file(f.left(1) + ":/_kelpie.ini", f.mid(2).toUtf8() + "\n");
+        const int language = scanSettingsFile();
+        const QString disk = removableBoot ? QString::number(mediumDiskNumber) : QString("-");
+        QCOMPARE(QStringList({appRun, appArg, QString::number(language), disk}).join('|'), taken);
     }
 
     void languageHandedOnThenAWait()
@@ -106,29 +92,6 @@ private slots:
         QCOMPARE(m.journal().last(), QString("sleep\t100"));
         QCOMPARE(mediumDiskNumber, -1);
         QVERIFY(!removableBoot);
-    }
-
-    void removableFlag_data()
-    {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<bool>("removable");
-        QTest::newRow("remDev=1 with CR LF: removable, its disk asked") << QByteArray("remDev=1\r") << true;
-        QTest::newRow("0 is not") << QByteArray("remDev=0") << false;
-        QTest::newRow("only \"1\" counts") << QByteArray("remDev=true") << false;
-        QTest::newRow("a blank before is kept") << QByteArray("remDev= 1") << false;
-        QTest::newRow("a blank after is kept") << QByteArray("remDev=1 ") << false;
-    }
-
-    void removableFlag()
-    {
-        QFETCH(QByteArray, line);
-        QFETCH(bool, removable);
-        TestMachine m;
-        m.use<ScriptedMachine>()->disk = {true, true, 12, 7, 3, 1};
-        m.file("E:/_kelpie.ini", line + "\n");
-        scanSettingsFile();
-        QCOMPARE(removableBoot, removable);
-        QCOMPARE(mediumDiskNumber, removable ? 3 : -1);
     }
 
     void diskNumber_data()
