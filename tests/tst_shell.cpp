@@ -152,11 +152,12 @@ private slots:
         QTest::addColumn<QStringList>("processes");
         QTest::addColumn<bool>("snapshot");
         QTest::addColumn<bool>("second");
-        QTest::newRow("itself alone: the first") << QStringList{"System", "autorun.exe", "cmd.exe"} << true << false;
-        QTest::newRow("twice, in any case: a second") << QStringList{"autorun.exe", "winlogon.exe", "AutoRun.EXE"} << true << true;
+        const QStringList twice{"autorun.exe", "winlogon.exe", "AutoRun.EXE"};
+        QTest::newRow("itself alone: the first") << QStringList{"System", "autorun.exe"} << true << false;
+        QTest::newRow("twice, in any case: a second") << twice << true << true;
         QTest::newRow("only the whole name counts")
             << QStringList{"autorun.exe.bak", "autorun.exe", "xautorun.exe"} << true << false;
-        QTest::newRow("a failing snapshot: the first") << QStringList{"autorun.exe", "autorun.exe"} << false << false;
+        QTest::newRow("a failing snapshot: the first") << twice << false << false;
     }
 
     void secondInstance()
