@@ -117,6 +117,8 @@ void UpdatePage::DownloadInfo(QString info)
     // The whole size is taken before the first byte comes, so that a full disk shows at once.
     const qint64 size = fields.size.toLongLong();
     if (!file->resize(size)) {
+        // Left empty, it would later pass for a setup kept from before.
+        file->remove();
         delete file;
         showStatus(tr("Unable to allocate space for file <b>%1</b> in <br><b>%2</b>").arg(fileName, dir.absolutePath()),
                    true);
