@@ -5,6 +5,24 @@
 #include <QProcess>
 #include <QProgressBar>
 
+QProgressBar *newPageProgress(QWidget *page)
+{
+    auto *progress = new QProgressBar(page);
+    progress->setRange(1, 100);
+    progress->setValue(33);
+    progress->hide();
+    return progress;
+}
+
+QLabel *newPageLabel(QWidget *page)
+{
+    auto *label = new QLabel(page);
+    label->setWordWrap(true);
+    label->setOpenExternalLinks(true);
+    label->hide();
+    return label;
+}
+
 void setPageLabel(QLabel *label, const QString &text)
 {
     label->setText(text);

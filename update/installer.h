@@ -8,7 +8,12 @@
 class QLabel;
 class QProcess;
 class QProgressBar;
+class QWidget;
 
+// A page's bar: 1 to 100 at 33, hidden until a phase shows it.
+QProgressBar *newPageProgress(QWidget *page);
+// A page's label: word wrap, external links, hidden while it has no text.
+QLabel *newPageLabel(QWidget *page);
 // A page's label shows exactly when its text is not empty.
 void setPageLabel(QLabel *label, const QString &text);
 // The status line, with a red "Error:" in front of an error.

@@ -17,17 +17,9 @@ RollbackPage::RollbackPage(const QString &productName, QWidget *parent)
 
     button = new QPushButton(tr("Rollback current version"), this);
     connect(button, &QPushButton::released, this, &RollbackPage::rollbackUpdate);
-    progress = new QProgressBar(this);
-    progress->setRange(1, 100);
-    progress->setValue(33);
-    progress->hide();
-    statusLabel = new QLabel(this);
-    infoLabel = new QLabel(this);
-    for (QLabel *label : {statusLabel, infoLabel}) {
-        label->setWordWrap(true);
-        label->setOpenExternalLinks(true);
-        label->hide();
-    }
+    progress = newPageProgress(this);
+    statusLabel = newPageLabel(this);
+    infoLabel = newPageLabel(this);
 
     auto *layout = new QGridLayout(this);
     layout->addWidget(infoLabel, 0, 0);

@@ -24,17 +24,9 @@ UpdatePage::UpdatePage(const QString &productName, QWidget *parent)
     setTitle(tr("Update <i>%1</i>%2 ").arg(productName, QStringLiteral("&trade;")));
     setSubTitle(tr("Current version components will be replaced with a new version"));
 
-    progress = new QProgressBar(this);
-    progress->setRange(1, 100);
-    progress->setValue(33);
-    progress->hide();
-    statusLabel = new QLabel(this);
-    infoLabel = new QLabel(this);
-    for (QLabel *label : {statusLabel, infoLabel}) {
-        label->setWordWrap(true);
-        label->setOpenExternalLinks(true);
-        label->hide();
-    }
+    progress = newPageProgress(this);
+    statusLabel = newPageLabel(this);
+    infoLabel = newPageLabel(this);
     spinner = new wait_widget(parent);
     spinner->setGeometry(7, 23, 32, 32);
 
