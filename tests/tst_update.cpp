@@ -212,6 +212,9 @@ private slots:
             QVERIFY(model->index(0, 0).data(Qt::ToolTipRole).isNull());
         }
         QVERIFY(!wizard.welcomePage->rollbackCheckBox->isEnabled());
+        // The icon's resource path has no slash behind the colon.
+        QVERIFY(!wizard.windowIcon().isNull());
+        QCOMPARE(wizard.windowTitle(), QStringLiteral("Tessel Kelpie Updates"));
     }
 
     void historyFields()

@@ -2,10 +2,11 @@
 """The update server of the tests: a real HTTP server on 127.0.0.1 that answers the wizard's three
 exchanges from a folder of fixtures, at a pace the fixture chooses.
 
-  server.py --fixtures DIR [--probe FILE] [--port-file FILE] [--stop-on-eof]
+  server.py --fixtures DIR [--probe FILE] [--port-file FILE] [--stop-on-eof] [--watch-pid PID]
 
 Prints "port N" once it listens (and writes N to --port-file). With --stop-on-eof it ends when its
-standard input closes, so a test that dies takes its server with it.
+standard input closes, with --watch-pid when that process is gone, so that a test or a scenario
+that dies takes its server with it.
 
 Requests:
   <scenario>/act/update.aspx?pid=..&ver=..&os=..
@@ -172,6 +173,7 @@ def main():
     parser.add_argument('--probe', default='')
     parser.add_argument('--port-file', default='')
     parser.add_argument('--stop-on-eof', action='store_true')
+    parser.add_argument('--watch-pid', type=int, default=0)
     args = parser.parse_args()
     Handler.fixtures = os.path.abspath(args.fixtures)
     Handler.probe = os.path.abspath(args.probe) if args.probe else ''
@@ -188,6 +190,16 @@ def main():
             sys.stdin.read()
             server.shutdown()
         threading.Thread(target=watch, daemon=True).start()
+    if args.watch_pid:
+        def watch_pid():
+            while True:
+                time.sleep(1)
+                try:
+                    os.kill(args.watch_pid, 0)
+                except OSError:
+                    server.shutdown()
+                    return
+        threading.Thread(target=watch_pid, daemon=True).start()
     server.serve_forever()
 
 
