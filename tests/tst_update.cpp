@@ -480,17 +480,28 @@ private slots:
         QCOMPARE(wizard->currentId(), 1);
     }
 
+    void updatePageSubfolderRefused_data()
+    {
+        QTest::addColumn<QString>("file");   // written in the way, below the machine folder
+        QTest::addColumn<QString>("home");   // the program's folder of the run
+        QTest::newRow("program folder is a file") << "plainfile" << "plainfile";
+        QTest::newRow("a file of the version folder's name") << "program/14.0.10" << "program";
+    }
     void updatePageSubfolderRefused()
     {
-        machine->write(QStringLiteral("plainfile"), "not a folder");
-        setProgramFolder(machine->folder() + QStringLiteral("/plainfile"));
+        QFETCH(QString, file);
+        QFETCH(QString, home);
+        machine->write(file, "not a folder");
+        setProgramFolder(machine->folder() + QLatin1Char('/') + home);
         auto wizard = updateWizardAsking(QStringLiteral("plain"));
         QVERIFY(wizard);
         QTRY_VERIFY_WITH_TIMEOUT(!wizard->updatePage->statusLabel->isHidden(), 30000);
         QCOMPARE(wizard->updatePage->statusLabel->text(),
                  QStringLiteral("<font color=red><b>Error:</b></font> Unable to create subfolder <b>14.0.10</b> in "
                                 "application's home directory:<br> <b>%1</b>")
-                     .arg(machine->folder() + QStringLiteral("/plainfile")));
+                     .arg(machine->folder() + QLatin1Char('/') + home));
+        QCOMPARE(machine->read(file), QByteArray("not a folder"));
+        QCOMPARE(filesBelow(program), QStringList(home == QLatin1String("program") ? QStringList{"14.0.10"} : QStringList()));
     }
 
     // Downloads held by the server: the page while the bytes come, and what lands on disk.

@@ -82,13 +82,13 @@ void UpdatePage::DownloadInfo(QString info)
 
     const QString folder = buildToVersion(updateTo);
     QDir dir(programFolder());
-    if (!dir.exists(folder) && !dir.mkdir(folder)) {
+    // A file of the folder's name counts as a folder that cannot be made.
+    if ((!dir.exists(folder) && !dir.mkdir(folder)) || !dir.cd(folder)) {
         showStatus(tr("Unable to create subfolder <b>%1</b> in application's home directory:<br> <b>%2</b>")
                        .arg(folder, dir.absolutePath()),
                    true);
         return;
     }
-    dir.cd(folder);
     const QString fileName = setupFileName(fields.url);
     filePath = dir.absolutePath() + QLatin1Char('/') + fileName;
     title = fields.title;
