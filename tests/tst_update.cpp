@@ -101,6 +101,8 @@ class UpdateTest : public QObject {
             return nullptr;
         setUpdateEndpoint(scenario.startsWith(QLatin1String("http")) ? scenario : server.endpoint(scenario));
         wizard->next();
+        if (wizard->updatePage->infoLabel->text() != QLatin1String("Checking download info..."))
+            return nullptr;
         return wizard;
     }
 
@@ -445,31 +447,35 @@ private slots:
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("status");   // {folder} stands for the version folder
         QTest::addColumn<QStringList>("files");   // below the program's folder afterwards
+        QTest::addColumn<QString>("info");   // the phase it stopped in
+        const QString asking = QStringLiteral("Checking download info...");
         const QString noInfo = QStringLiteral("<font color=red><b>Error:</b></font> Information about update has "
                                               "not been retrieved, communication error occured");
-        QTest::newRow("empty reply") << "empty" << noInfo << QStringList();
-        QTest::newRow("refused") << "" << noInfo << QStringList();
-        QTest::newRow("HTML error page") << "gone" << noInfo << QStringList();
-        QTest::newRow("fewer than four fields, no crash") << "short" << noInfo << QStringList();
+        QTest::newRow("empty reply") << "empty" << noInfo << QStringList() << asking;
+        QTest::newRow("refused") << "" << noInfo << QStringList() << asking;
+        QTest::newRow("HTML error page") << "gone" << noInfo << QStringList() << asking;
+        QTest::newRow("fewer than four fields, no crash") << "short" << noInfo << QStringList() << asking;
         QTest::newRow("size larger than the disk")
             << "toolarge"
             << "<font color=red><b>Error:</b></font> Unable to allocate space for file <b>setup.exe</b> in <br><b>{folder}</b>"
-            << QStringList();
+            << QStringList() << "Allocating space for {folder}/setup.exe...";
         QTest::newRow("name of the parent folder")
             << "dots" << "<font color=red><b>Error:</b></font> Unable to create file <b></b> in <br><b>{folder}</b>"
-            << QStringList{"old/escaped.exe"};
+            << QStringList{"old/escaped.exe"} << "Allocating space for {folder}/...";
     }
     void updatePageStops()
     {
         QFETCH(QString, scenario);
         QFETCH(QString, status);
         QFETCH(QStringList, files);
+        QFETCH(QString, info);
         machine->write(QStringLiteral("program/old/escaped.exe"), "installed before");
         auto wizard = updateWizardAsking(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : scenario);
         QVERIFY(wizard);
         UpdatePage *page = wizard->updatePage;
         QTRY_VERIFY_WITH_TIMEOUT(!page->statusLabel->isHidden(), 30000);
         QCOMPARE(page->statusLabel->text(), QString(status).replace(QLatin1String("{folder}"), version10Folder()));
+        QCOMPARE(page->infoLabel->text(), info.replace(QLatin1String("{folder}"), version10Folder()));
         files << QStringLiteral("old/escaped.exe");
         files.removeDuplicates();
         files.sort();
