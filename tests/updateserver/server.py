@@ -22,8 +22,8 @@ Requests:
 
 Pace, comma-separated: probe | size=N | chunks=N (the body in N parts) | gate=KEY (each part
 after the first waits for /release/KEY) | delay=MS (between parts) | reset=N (the connection is
-reset in place of part N+1, after its gate) | forever (parts of 1 KiB without end, until KEY is released when a gate is
-named, then a reset).
+reset in place of part N+1, after its gate) | forever (parts of 1 KiB without end, until
+KEY is released when a gate is named; the body then ends as the connection closes).
 """
 import argparse
 import http.server
@@ -145,7 +145,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
                 self.wfile.write(b'\0' * 1024)
                 time.sleep(delay or 0.05)
             gate(key).clear()
-            self.reset()
+            self.connection.shutdown(socket.SHUT_RDWR)
+            self.close_connection = True
 
     def wait(self, key, delay):
         if key:
