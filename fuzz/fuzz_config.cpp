@@ -3,6 +3,7 @@
 
 #include "fuzzing.h"
 #include "launcher/shellconfig.h"
+#include "my_shell1/linefile.h"
 #include "tools/cfgcheck/cfgreport.h"
 
 #include <QBuffer>
@@ -19,7 +20,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QBuffer buffer(&content);
     buffer.open(QIODevice::ReadOnly);
     QStringList lines;
-    shellconfig::readLines(&buffer, &lines);
+    QString line;
+    while (linefile::nextLine(buffer, &line))
+        lines.append(line);
 
     MainMenuPass menu;
     LauncherPass launcher;
@@ -33,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QStringList report = cfgReport(lines);
     // Every line that is not empty gets exactly one line of the report.
     int nonEmpty = 0;
-    for (const QString &l : lines)
+    for (const QString &l : qAsConst(lines))
         nonEmpty += l.isEmpty() ? 0 : 1;
     if (report.size() != nonEmpty)
         __builtin_trap();

@@ -8,8 +8,6 @@
 #include <QList>
 #include <QString>
 
-class QIODevice;
-
 // What a line gave, or why it was left; collected only when asked for (the checker).
 struct ConfigNote {
     int line = 0;   // 1-based
@@ -68,11 +66,6 @@ inline const char *fileName() { return "data_shell.cfg"; }
 
 // Fields of a value split at "|", empty fields kept.
 QStringList splitFields(const QString &value);
-// The file's lines as the shell reads them: UTF-8 whatever the first bytes say, every CR and LF
-// taken out. A host path, so that a tool without a machine can use it; false if it won't open.
-bool readLines(const QString &hostPath, QStringList *lines);
-// The same from a device already open for reading (the fuzz target reads from memory).
-void readLines(QIODevice *device, QStringList *lines);
 
 // Base 10; what is not a number is 0.
 int number(const QString &field);

@@ -12,13 +12,8 @@ void my_shell1::userProgram_Remove() {}
 void my_shell1::showRemoveAction(int, int) {}
 void my_shell1::userMenuClosed() {}
 
-// Locale, network
+// Locale
 void my_shell1::setupLocale() {}
-void my_shell1::networkStep() {}
-
-// Network bring-up
-void my_shell1::checkStaticIP() {}
-void my_shell1::checkMapNetwork() {}
 
 // System actions. Until turn off lands, a close is refused unless a shut-down was accepted, so a
 // stray close cannot take the technician's shell away.

@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 #include "startupfiles.h"
 #include "look/stylesheets.h"
+#include "network/netcondition.h"
 #include "settings/savedvolume.h"
 
 #include <QApplication>
@@ -13,9 +14,7 @@
 
 namespace {
 
-const quint32 regDword = 4;
-const quint32 storageDeviceNumberSize = 12;
-const quint32 fileDeviceDisk = 7;
+using namespace win32;
 
 } // namespace
 
@@ -52,9 +51,7 @@ void applyApplicationLook(QApplication &app)
 {
     app.setStyleSheet(toolTipStyleSheet());
     menuStyle = menuStyleSheet();
-    productNumber = 14;
-    productVersion = QStringLiteral("14.0.1");
-    productCode = 0;
+    storeProductFacts();
 }
 
 bool readWinPeMode()
@@ -81,10 +78,11 @@ int scanSettingsFile()
         if (!(mask & (1u << index)))
             continue;
         const QChar letter(char('A' + index));
-        QFile file(sys().hostPath(QString(letter) + QStringLiteral(":\\_kelpie.ini")));
-        if (!file.exists())
+        const QString path = sys().hostPath(QString(letter) + QStringLiteral(":\\_kelpie.ini"));
+        if (!QFile::exists(path))
             continue;
         // The first drive that holds the file ends the scan, whatever the file holds.
+        QFile file(path);
         if (!file.open(QIODevice::ReadOnly))
             return language;
         const SettingsFileFacts facts = startupfiles::readSettingsFile(&file);
@@ -110,9 +108,9 @@ void passImageLanguage(int language)
 
 void readBootLetter()
 {
-    QFile file(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")));
-    if (file.open(QIODevice::ReadOnly))
-        startupfiles::readBootLetter(&file, &bootLetter);
+    NetworkCondition start;
+    readStartNetwork(start);
+    bootLetter = start.bootLetter;
 }
 
 void restoreSavedFolders()

@@ -1,29 +1,15 @@
 #include "startupfiles.h"
 
 #include "launcher/shellconfig.h"
-
-#include <QIODevice>
-
-namespace {
-
-// One line of a line-oriented file: UTF-8, with every "\n" and "\r" taken out.
-QString cleanLine(const QByteArray &raw)
-{
-    QString line = QString::fromUtf8(raw);
-    line.remove(QLatin1Char('\n'));
-    line.remove(QLatin1Char('\r'));
-    return line;
-}
-
-} // namespace
+#include "linefile.h"
 
 namespace startupfiles {
 
 SettingsFileFacts readSettingsFile(QIODevice *device)
 {
     SettingsFileFacts facts;
-    while (!device->atEnd()) {
-        const QString line = cleanLine(device->readLine());
+    QString line;
+    while (linefile::nextLine(*device, &line)) {
         if (line.startsWith(QLatin1String("appRun="))) {
             facts.appRun = line.mid(7);
             facts.hasAppRun = true;
@@ -38,19 +24,6 @@ SettingsFileFacts readSettingsFile(QIODevice *device)
         }
     }
     return facts;
-}
-
-bool readBootLetter(QIODevice *device, QString *letter)
-{
-    bool found = false;
-    while (!device->atEnd()) {
-        const QString line = cleanLine(device->readLine());
-        if (line.startsWith(QLatin1String("bootLetter="))) {
-            *letter = line.mid(11);
-            found = true;
-        }
-    }
-    return found;
 }
 
 } // namespace startupfiles

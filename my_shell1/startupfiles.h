@@ -1,8 +1,7 @@
 #pragma once
-// The two files that the start-up reads before the main window exists, as plain readers without
-// widgets: the settings file _kelpie.ini of the first drive that holds one, and the boot letter
-// of x:/tmpReg/startNetwork.log. Both read lines as UTF-8 with every CR and LF taken out; a key
-// counts only at the first column and a later line wins.
+// The settings file _kelpie.ini of the first drive that holds one, as the start-up reads it
+// before the main window exists: a plain reader without widgets. A key counts only at the first
+// column and a later line wins.
 
 #include <QString>
 
@@ -19,7 +18,5 @@ namespace startupfiles {
 
 // Reads an open device to its end.
 SettingsFileFacts readSettingsFile(QIODevice *device);
-// The value of the last "bootLetter=" line; false when there was none.
-bool readBootLetter(QIODevice *device, QString *letter);
 
 } // namespace startupfiles

@@ -1,51 +1,178 @@
 #pragma once
 // A simulated machine in a temporary folder, installed as the process's platform for one test.
+// Facts are added through named helpers; a file that cannot be written stops the suite.
 
 #include "platform/sim/simplatform.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 #include <QTemporaryDir>
 
 class TestMachine {
 public:
     TestMachine()
     {
-        QDir(dir.path()).mkpath(QStringLiteral("drives/X"));
+        if (!dir.isValid())
+            qFatal("TestMachine: no temporary folder");
+        addDrive('X');
         sim = new SimPlatform(dir.path());
         setPlatform(sim);
     }
     ~TestMachine() { setPlatform(nullptr); }
 
+    // A simulated machine of the test's own kind in place of the plain one.
+    template <typename P>
+    P *use()
+    {
+        P *p = new P(folder());
+        setPlatform(p);
+        sim = p;
+        return p;
+    }
+
     QString folder() const { return dir.path(); }
+
     // Writes a file of the machine folder ("machine.ini", "registry.reg", "drives/X/a.txt").
     void write(const QString &relative, const QByteArray &content)
     {
+        // A plain file: on Windows the toolkit's save file takes a new ".lnk" for a link to follow.
         const QString path = dir.path() + QLatin1Char('/') + relative;
-        QDir().mkpath(QFileInfo(path).absolutePath());
         QFile f(path);
-        if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            f.write(content);
+        if (!QDir().mkpath(QFileInfo(path).absolutePath()) || !f.open(QIODevice::WriteOnly | QIODevice::Truncate)
+            || f.write(content) != content.size() || !f.flush())
+            qFatal("TestMachine: cannot write %s", qPrintable(path));
     }
     QByteArray read(const QString &relative) const
     {
         QFile f(dir.path() + QLatin1Char('/') + relative);
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
-    void addDrive(QChar letter) { QDir(dir.path()).mkpath(QStringLiteral("drives/") + letter.toUpper()); }
+
+    // --- drives ---
+    void addDrive(QChar letter)
+    {
+        if (!QDir(dir.path()).mkpath(QStringLiteral("drives/") + letter.toUpper()))
+            qFatal("TestMachine: cannot make drive %c", letter.toLatin1());
+    }
+    // A drive with these files, named by their paths on the drive ("Desktop/a.lnk").
+    TestMachine &drive(QChar letter, const QMap<QString, QByteArray> &files = {})
+    {
+        addDrive(letter);
+        for (auto f = files.begin(); f != files.end(); ++f)
+            write(QStringLiteral("drives/%1/%2").arg(QString(letter.toUpper()), f.key()), f.value());
+        return *this;
+    }
+    // One file by its drive path ("x:/init.log", "X:\\Program Files\\kelpie\\data_shell.cfg").
+    TestMachine &file(const QString &drivePath, const QByteArray &content)
+    {
+        QString rest = drivePath.mid(2);
+        rest.replace(QLatin1Char('\\'), QLatin1Char('/'));
+        write(QStringLiteral("drives/") + drivePath.at(0).toUpper() + rest, content);
+        return *this;
+    }
+    // data_shell.cfg in the working directory.
+    TestMachine &config(const QByteArray &content)
+    {
+        return file(QStringLiteral("X:/Program Files/kelpie/data_shell.cfg"), content);
+    }
+
+    // --- registry.reg: REG_DWORD values under HKEY_CURRENT_USER ---
+    TestMachine &registryDword(const QString &key, const QString &name, quint32 value)
+    {
+        m_registry[key].append(QStringLiteral("\"%1\"=dword:%2")
+                                   .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0'))));
+        QByteArray text = "Windows Registry Editor Version 5.00\r\n";
+        for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
+            text += "\r\n[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
+                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n";
+        write(QStringLiteral("registry.reg"), text);
+        return *this;
+    }
+
+    // --- machine.ini: a section's facts, one "key=value" a line; a later call replaces it ---
+    TestMachine &facts(const QString &section, const QByteArray &lines)
+    {
+        m_sections[section] = lines;
+        QByteArray text;
+        for (auto s = m_sections.begin(); s != m_sections.end(); ++s)
+            text += '[' + s.key().toUtf8() + "]\n" + s.value() + '\n';
+        write(QStringLiteral("machine.ini"), text);
+        return *this;
+    }
+    // A volume: its drive folder and its [volume.L] facts ("label=STICK\nmediaType=removable").
+    TestMachine &volume(QChar letter, const QByteArray &lines = {})
+    {
+        addDrive(letter);
+        return facts(QStringLiteral("volume.") + letter.toUpper(), lines);
+    }
+
+    // --- what the machine saw ---
     // Journal lines of this run, each tab-separated, operation first (docs/machine.md).
     QStringList journal() const { return sim->journal(); }
+    // The journal lines of one operation.
+    QStringList journalOf(const QString &operation) const
+    {
+        QStringList lines;
+        for (const QString &line : sim->journal())
+            if (line == operation || line.startsWith(operation + QLatin1Char('\t')))
+                lines << line;
+        return lines;
+    }
     // Appends one line to inbox.txt and delivers what is new at once, without the timer.
     void send(const QByteArray &line)
     {
         QFile f(dir.path() + QStringLiteral("/inbox.txt"));
-        if (f.open(QIODevice::WriteOnly | QIODevice::Append))
-            f.write(line + '\n');
+        if (!f.open(QIODevice::WriteOnly | QIODevice::Append) || f.write(line + '\n') != line.size() + 1)
+            qFatal("TestMachine: cannot write inbox.txt");
         f.close();
         sim->pollInbox();
     }
 
+    // --- network (docs/machine.md, Network) ---
+    // One NET adapter seen by all three roads: device <n> of the walk, its class subkey, its
+    // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section
+    // holding ipHelper; the hardware id is "PCI\VEN_FFFE&DEV_<n>" unless given. Returns its
+    // interface GUID. Both files are written again at once.
+    QString addAdapter(int n, const QByteArray &description, const QByteArray &ipHelper = {},
+                       QByteArray hw = {})
+    {
+        const QByteArray guid = adapterGuid(n);
+        if (hw.isEmpty())
+            hw = "PCI\\VEN_FFFE&DEV_" + QByteArray::number(n);
+        const QByteArray cls = "HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\";
+        const QByteArray netClass = "{4D36E972-E325-11CE-BFC1-08002BE10318}";
+        netIni += "[device." + QByteArray::number(n) + "]\nclass=Net\nclassGuid=" + netClass
+            + "\ndescription=" + description + "\nhardwareId=" + hw + "\n"
+            + "[adapter." + QByteArray::number(n) + "]\nname=" + guid + "\n" + ipHelper + "\n";
+        netReg += "[" + cls + "Control\\Class\\" + netClass + "\\" + QByteArray::number(n).rightJustified(4, '0')
+            + "]\n\"DeviceInstanceID\"=\"" + QByteArray(hw).replace("\\", "\\\\") + "\\\\4&1&0&" + QByteArray::number(n)
+            + "\"\n\"NetCfgInstanceId\"=\"" + guid + "\"\n\n"
+            + "[" + cls + "Services\\Tcpip\\Parameters\\Adapters\\" + guid + "]\n\n"
+            + "[" + cls + "Services\\Tcpip\\Parameters\\Interfaces\\" + guid + "]\n\n"
+            + "[" + cls + "Control\\Network\\" + netClass + "\\" + guid + "\\Connection]\n\"Name\"=\"Net "
+            + QByteArray::number(n) + "\"\n\n";
+        writeNetwork();
+        return QString::fromLatin1(guid);
+    }
+    static QByteArray adapterGuid(int n)
+    {
+        return "{6B1F0C2A-3D4E-4F51-9A7B-" + QByteArray::number(n).rightJustified(12, '0') + "}";
+    }
+    // machine.ini and registry.reg: what addAdapter gathered, then the extra text.
+    void writeNetwork(const QByteArray &extraIni = {}, const QByteArray &extraReg = {})
+    {
+        write(QStringLiteral("machine.ini"), netIni + extraIni);
+        write(QStringLiteral("registry.reg"), "Windows Registry Editor Version 5.00\n\n" + netReg + extraReg);
+    }
+    QByteArray netIni;
+    QByteArray netReg;
+
     QTemporaryDir dir;
     SimPlatform *sim = nullptr;
+
+private:
+    QMap<QString, QStringList> m_registry;
+    QMap<QString, QByteArray> m_sections;
 };

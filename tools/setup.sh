@@ -9,6 +9,7 @@ packages=(
     wine wine64 fonts-wine                                 # running the Windows build
     xvfb xauth xdotool imagemagick x11-utils               # end-to-end run on a virtual display
     clang-14 libclang-rt-14-dev llvm-14                    # fuzzing and the sanitizer stage
+    python3                                                # the update tests' HTTP server
 )
 
 missing=()
