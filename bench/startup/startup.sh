@@ -2,7 +2,7 @@
 # Start-up, memory and idle of the shell against the floor of a bare frameless 1024x64 window of
 # the same toolkit, on a virtual display. Run on demand, never in CI.
 #   bench/startup/startup.sh [--quick] [build-folder]
-# Cases, each with the toolkit's GL integration as it comes ("gl") and switched off ("nogl"):
+# Cases, each with the toolkit's GL integration (xcb_glx, "gl") and switched off ("nogl"):
 # the shell on the demo machine, the bare window, and the shell on a large medium (10,000-line
 # data_shell.cfg, 1,000 desktop entries). BENCH_BEFORE=<another autorun> adds its shell cases,
 # run interleaved with the rest, for before-and-after figures.
@@ -94,7 +94,8 @@ run_case() {
         *-demo-*) machine=$work/m$round.$name; cp -r "$repo/demo/machine" "$machine" ;;
         *-large-*) machine=$work/m$round.$name; cp -r "$work/large" "$machine" ;;
     esac
-    case $name in *-nogl) gl=none ;; esac
+    # Named either way: the shell switches the integration off by itself where nothing is said.
+    case $name in *-nogl) gl=none ;; *) gl=xcb_glx ;; esac
     local out rc=0
     out=$(env ${gl:+QT_XCB_GL_INTEGRATION=$gl} ${machine:+KELPIE_MACHINE=$machine} \
           "$mapwait" "$title" "$program" 2>>"$work/stderr") || rc=$?
