@@ -26,7 +26,7 @@ cmake --build "$out" --target "${targets[@]/#/fuzz_}"
 failed=()
 for t in "${targets[@]}"; do
     mkdir -p "$out/corpus/$t" "$out/artifacts/$t" "$out/logs"
-    args=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
+    args=(-max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 -print_final_stats=1
           -artifact_prefix="$out/artifacts/$t/")
     [ -f "fuzz/dict/$t.dict" ] && args+=(-dict="fuzz/dict/$t.dict")
     log="$out/logs/$t.log"
