@@ -158,7 +158,8 @@ void FaultsTest::comesUpAndLeavesTheMachine()
         if (!QFileInfo::exists(path))
             m.write(input, "present\n");
         before = snapshot(m.folder());   // while it can still be read
-        QVERIFY(QFile::setPermissions(path, QFileDevice::Permissions()));
+        if (!QFile::setPermissions(path, QFileDevice::Permissions()))
+            QSKIP("this file system keeps no such permissions (Windows): the unreadable case cannot be played");
         if (QFile(path).open(QIODevice::ReadOnly) || (isFolder && QDir(path).entryList().size() > 0)) {
             QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
             QSKIP("permissions do not keep this user out (root): the unreadable case cannot be played");
