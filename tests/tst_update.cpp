@@ -155,7 +155,6 @@ private slots:
         QTest::addColumn<int>("build");
         QTest::addColumn<QString>("back");
         QTest::newRow("three parts") << "14.0.1" << 14001 << "14.0.1";
-        QTest::newRow("revision of two digits") << "14.0.10" << 14010 << "14.0.10";
         QTest::newRow("revision 99") << "14.0.99" << 14099 << "14.0.99";
         QTest::newRow("revision 100 carries into the minor") << "14.0.100" << 14100 << "14.1";
         QTest::newRow("trailing zero parts left out") << "14" << 14000 << "14";
@@ -200,13 +199,9 @@ private slots:
         setUpdateEndpoint(UpdateServer::refusedEndpoint());
         UpdateWizard wizard(0, productName);
         QAbstractItemModel *model = wizard.welcomePage->tree->model();
-        QCOMPARE(model->columnCount(), 3);
-        QCOMPARE(model->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Status"));
         QStringList seen;
-        for (int r = 0; r < model->rowCount(); ++r) {
+        for (int r = 0; r < model->rowCount(); ++r)
             seen << model->index(r, 0).data().toString();
-            QVERIFY(!(model->flags(model->index(r, 0)) & Qt::ItemIsEditable));
-        }
         QCOMPARE(seen, rows);
         if (!rows.isEmpty()) {
             QCOMPARE(model->index(0, 2).data().toString(), QStringLiteral("Second"));
@@ -222,14 +217,9 @@ private slots:
     void historyFields()
     {
         setUpdateField(12, VersionField, QStringLiteral("14.0.12"));
-        setUpdateField(12, SetupField, QStringLiteral("C:/kelpie/14.0.12/setup.exe"));
-        setUpdateField(12, 5, QStringLiteral("beyond"));
-        QCOMPARE(getUpdateField(12, SetupField), QStringLiteral("C:/kelpie/14.0.12/setup.exe"));
-        QCOMPARE(getUpdateField(12, 5), QString());
-        QCOMPARE(getUpdateField(3, VersionField), QString());
+        setUpdateField(12, 5, QStringLiteral("beyond"));   // there is no sixth field
         const QByteArray ini = machine->read(QStringLiteral("settings.ini"));
-        QVERIFY(ini.contains("[Updates]"));
-        QVERIFY(ini.contains("Update12_Version=14.0.12"));
+        QVERIFY(ini.startsWith("[Updates]") && ini.contains("Update12_Version=14.0.12"));
         QVERIFY(!ini.contains("beyond"));
     }
 
@@ -317,7 +307,6 @@ private slots:
             << "chunks" << "3072|{base}/setup/size=3072,chunks=3,gate=chunks/setup.exe|Title|Notes";
         QTest::newRow("two chunks keep the last")
             << "split" << "4096|{base}/setup/size=4096/second.exe|Three|Four";
-        QTest::newRow("empty reply") << "empty" << "";
         QTest::newRow("refused") << "" << "";
         QTest::newRow("HTML error page taken as the body") << "gone" << "<html>";
     }
@@ -345,74 +334,24 @@ private slots:
             QCOMPARE(body, info);
     }
 
-    void download_data()
-    {
-        QTest::addColumn<QString>("pace");
-        QTest::addColumn<int>("releases");
-        QTest::addColumn<QList<int>>("progress");
-        QTest::addColumn<int>("written");
-        QTest::newRow("one chunk") << "size=2048" << 0 << QList<int>{2048} << 2048;
-        QTest::newRow("several chunks") << "size=3000,chunks=3,gate=dl" << 2 << QList<int>{1000, 2000, 3000} << 3000;
-        QTest::newRow("empty body") << "size=0" << 0 << QList<int>() << 0;
-        QTest::newRow("reset in the middle") << "size=4096,chunks=2,gate=dl,reset=1" << 1 << QList<int>{2048} << 2048;
-    }
-    void download()
-    {
-        QFETCH(QString, pace);
-        QFETCH(int, releases);
-        QFETCH(QList<int>, progress);
-        QFETCH(int, written);
-        auto *manager = new MorvaneUpdateManager;
-        const QPointer<QObject> alive(manager);
-        const QString path = machine->folder() + QStringLiteral("/setup.exe");
-        manager->file = new QFile(path);
-        QVERIFY(manager->file->open(QIODevice::WriteOnly | QIODevice::Truncate));
-        QSignalSpy steps(manager, &MorvaneUpdateManager::UpdateProgress);
-        QSignalSpy done(manager, &MorvaneUpdateManager::UpdateDownloaded);
-        QVERIFY(manager->requestDownload(server.base() + QStringLiteral("/setup/%1/setup.exe").arg(pace)));
-        for (int i = 0; i < releases; ++i) {
-            QVERIFY(QTest::qWaitFor([&]() { return steps.count() > i; }, 30000));
-            server.release(QStringLiteral("dl"));
-        }
-        QVERIFY(waitUntilGone(alive));
-        QList<int> seen;
-        for (const QList<QVariant> &args : steps)
-            seen << args.at(0).toInt();
-        QCOMPARE(seen, progress);
-        QCOMPARE(done.count(), 1);
-        QCOMPARE(done.at(0).at(0).toString(), path);
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray bytes = file.readAll();
-        QCOMPARE(bytes.size(), written);
-        for (int i = 0; i < bytes.size(); ++i)
-            QCOMPARE(quint8(bytes.at(i)), quint8((i * 7 + 3) % 256));
-    }
-
     void welcomePage_data()
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("status");
         QTest::addColumn<bool>("offered");
         QTest::addColumn<bool>("closes");
+        const QString latest = QStringLiteral("<b><font color=red>Your version is the latest!</font></b> Software "
+                                              "update is not available");
+        const QString down = QStringLiteral("<b><font color=red>Network isn't operational!</font></b> Software "
+                                            "update is not available");
         QTest::newRow("newer version offered")
             << "newer" << "<b><font color=red>Update is available!</font></b> Ready to download version <b>14.0.10</b>"
             << true << false;
-        QTest::newRow("same version: latest, Close")
-            << "same" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
-            << false << true;
-        QTest::newRow("older version: latest, Close")
-            << "older" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
-            << false << true;
-        QTest::newRow("HTML error page reads as no newer version")
-            << "gone" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
-            << false << true;
-        QTest::newRow("empty reply: no network")
-            << "empty" << "<b><font color=red>Network isn't operational!</font></b> Software update is not available"
-            << false << false;
-        QTest::newRow("refused: no network")
-            << "" << "<b><font color=red>Network isn't operational!</font></b> Software update is not available"
-            << false << false;
+        QTest::newRow("same version: latest, Close") << "same" << latest << false << true;
+        QTest::newRow("older version: latest, Close") << "older" << latest << false << true;
+        QTest::newRow("HTML error page reads as no newer version") << "gone" << latest << false << true;
+        QTest::newRow("empty reply: no network") << "empty" << down << false << false;
+        QTest::newRow("refused: no network") << "" << down << false << false;
     }
     void welcomePage()
     {
@@ -441,40 +380,49 @@ private slots:
         QCOMPARE(wizard.currentId(), offered || closes ? 1 : 0);
     }
 
-    // Each stop of the update page on a bad answer, and where its file lands.
+    // Each stop of the update page on a bad answer or a folder it cannot make, and what is
+    // below the program's folder afterwards.
     void updatePageStops_data()
     {
         QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QString>("status");   // {folder} stands for the version folder
-        QTest::addColumn<QStringList>("files");   // below the program's folder afterwards
+        QTest::addColumn<QString>("inTheWay");   // a file written first, below the machine folder
+        QTest::addColumn<QString>("status");   // {folder}: the version folder, {home}: the program's
+        QTest::addColumn<QStringList>("files");
         QTest::addColumn<QString>("info");   // the phase it stopped in
         const QString asking = QStringLiteral("Checking download info...");
         const QString noInfo = QStringLiteral("<font color=red><b>Error:</b></font> Information about update has "
                                               "not been retrieved, communication error occured");
-        QTest::newRow("empty reply") << "empty" << noInfo << QStringList() << asking;
-        QTest::newRow("refused") << "" << noInfo << QStringList() << asking;
-        QTest::newRow("HTML error page") << "gone" << noInfo << QStringList() << asking;
-        QTest::newRow("fewer than four fields, no crash") << "short" << noInfo << QStringList() << asking;
+        const QString subfolder = QStringLiteral("<font color=red><b>Error:</b></font> Unable to create subfolder "
+                                                 "<b>14.0.10</b> in application's home directory:<br> <b>{home}</b>");
+        QTest::newRow("empty reply") << "empty" << "" << noInfo << QStringList() << asking;
+        QTest::newRow("HTML error page") << "gone" << "" << noInfo << QStringList() << asking;
+        QTest::newRow("fewer than four fields, no crash") << "short" << "" << noInfo << QStringList() << asking;
         QTest::newRow("size larger than the disk")
-            << "toolarge"
+            << "toolarge" << ""
             << "<font color=red><b>Error:</b></font> Unable to allocate space for file <b>setup.exe</b> in <br><b>{folder}</b>"
             << QStringList() << "Allocating space for {folder}/setup.exe...";
         QTest::newRow("name of the parent folder")
-            << "dots" << "<font color=red><b>Error:</b></font> Unable to create file <b></b> in <br><b>{folder}</b>"
-            << QStringList{"old/escaped.exe"} << "Allocating space for {folder}/...";
+            << "dots" << "" << "<font color=red><b>Error:</b></font> Unable to create file <b></b> in <br><b>{folder}</b>"
+            << QStringList() << "Allocating space for {folder}/...";
+        QTest::newRow("a file of the version folder's name")
+            << "plain" << "program/14.0.10" << subfolder << QStringList{"14.0.10"} << asking;
     }
     void updatePageStops()
     {
         QFETCH(QString, scenario);
+        QFETCH(QString, inTheWay);
         QFETCH(QString, status);
         QFETCH(QStringList, files);
         QFETCH(QString, info);
         machine->write(QStringLiteral("program/old/escaped.exe"), "installed before");
-        auto wizard = updateWizardAsking(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : scenario);
+        if (!inTheWay.isEmpty())
+            machine->write(inTheWay, "not a folder");
+        auto wizard = updateWizardAsking(scenario);
         QVERIFY(wizard);
         UpdatePage *page = wizard->updatePage;
         QTRY_VERIFY_WITH_TIMEOUT(!page->statusLabel->isHidden(), 30000);
-        QCOMPARE(page->statusLabel->text(), QString(status).replace(QLatin1String("{folder}"), version10Folder()));
+        QCOMPARE(page->statusLabel->text(), QString(status).replace(QLatin1String("{folder}"), version10Folder())
+                                                .replace(QLatin1String("{home}"), program));
         QCOMPARE(page->infoLabel->text(), info.replace(QLatin1String("{folder}"), version10Folder()));
         files << QStringLiteral("old/escaped.exe");
         files.removeDuplicates();
@@ -486,79 +434,51 @@ private slots:
         QCOMPARE(wizard->currentId(), 1);
     }
 
-    void updatePageSubfolderRefused_data()
-    {
-        QTest::addColumn<QString>("file");   // written in the way, below the machine folder
-        QTest::addColumn<QString>("home");   // the program's folder of the run
-        QTest::newRow("program folder is a file") << "plainfile" << "plainfile";
-        QTest::newRow("a file of the version folder's name") << "program/14.0.10" << "program";
-    }
-    void updatePageSubfolderRefused()
-    {
-        QFETCH(QString, file);
-        QFETCH(QString, home);
-        machine->write(file, "not a folder");
-        setProgramFolder(machine->folder() + QLatin1Char('/') + home);
-        auto wizard = updateWizardAsking(QStringLiteral("plain"));
-        QVERIFY(wizard);
-        QTRY_VERIFY_WITH_TIMEOUT(!wizard->updatePage->statusLabel->isHidden(), 30000);
-        QCOMPARE(wizard->updatePage->statusLabel->text(),
-                 QStringLiteral("<font color=red><b>Error:</b></font> Unable to create subfolder <b>14.0.10</b> in "
-                                "application's home directory:<br> <b>%1</b>")
-                     .arg(machine->folder() + QLatin1Char('/') + home));
-        QCOMPARE(machine->read(file), QByteArray("not a folder"));
-        QCOMPARE(filesBelow(program), QStringList(home == QLatin1String("program") ? QStringList{"14.0.10"} : QStringList()));
-    }
-
-    // Downloads held by the server: the page while the bytes come, and what lands on disk.
+    // Downloads, most held by the server: the page while the bytes come, and what lands on disk
+    // (the setup allocated at its full size, the bytes that came, zeros after a reset).
     void updatePageDownload_data()
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("size");
-        QTest::newRow("several chunks") << "chunks" << "setup.exe" << 3072;
-        QTest::newRow("reset in the middle") << "reset" << "setup.exe" << 4096;
-        QTest::newRow("reply that never ends, ended by the test") << "forever" << "setup.exe" << 1048576;
-        QTest::newRow("backslashes in the name stay in the folder") << "dotdot" << "escaped.exe" << 100;
-        QTest::newRow("drive letter in the name stays in the folder") << "drive" << "escaped.exe" << 100;
-        QTest::newRow("0-byte setup") << "zero" << "setup.exe" << 0;
+        QTest::addColumn<int>("releases");   // of the server's gate, each after a part arrived
+        QTest::addColumn<int>("received");   // bytes of the server's pattern; -1: not compared
+        QTest::newRow("several chunks") << "chunks" << "setup.exe" << 3072 << 2 << 3072;
+        QTest::newRow("reset in the middle") << "reset" << "setup.exe" << 4096 << 1 << 2048;
+        QTest::newRow("reply that never ends, ended by the test") << "forever" << "setup.exe" << 1048576 << 1 << -1;
+        QTest::newRow("a name that tries to leave the folder stays in it") << "dotdot" << "escaped.exe" << 100 << 0 << 100;
+        QTest::newRow("0-byte setup") << "zero" << "setup.exe" << 0 << 0 << 0;
     }
     void updatePageDownload()
     {
         QFETCH(QString, scenario);
         QFETCH(QString, name);
         QFETCH(int, size);
+        QFETCH(int, releases);
+        QFETCH(int, received);
         machine->write(QStringLiteral("program/escaped.exe"), "installed before");
         auto wizard = updateWizardAsking(scenario);
         QVERIFY(wizard);
         UpdatePage *page = wizard->updatePage;
         const QString path = version10Folder() + QLatin1Char('/') + name;
-        const bool held = scenario == QLatin1String("chunks") || scenario == QLatin1String("reset")
-                          || scenario == QLatin1String("forever");
-        if (held) {
-            QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > 33, 30000);
-            QVERIFY(page->infoLabel->text().startsWith(QStringLiteral("Downloading %1/setup/").arg(server.base())));
+        const QString downloading = QStringLiteral("Downloading %1/setup/").arg(server.base());
+        int seen = 1;   // the bar starts at 1
+        for (int i = 0; i < releases; ++i) {
+            QTRY_VERIFY_WITH_TIMEOUT(page->infoLabel->text().startsWith(downloading) && page->progress->value() > seen, 30000);
+            seen = page->progress->value();
             QVERIFY(!wizard->button(QWizard::BackButton)->isEnabled());
             QVERIFY(!page->progress->isHidden());
             QCOMPARE(page->progress->maximum(), size);
             QCOMPARE(QFileInfo(path).size(), qint64(size));   // allocated before the first byte
-            QVERIFY(!page->validatePage());
-            if (scenario == QLatin1String("forever")) {
-                const int seen = page->progress->value();
+            if (received < 0)   // the reply that never ends keeps coming
                 QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > seen, 30000);
-                QVERIFY(!page->validatePage());
-            }
+            QVERIFY(!page->validatePage());
             server.release(scenario);
-            if (scenario == QLatin1String("chunks")) {
-                QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() >= 2048, 30000);
-                server.release(scenario);
-            }
         }
         QVERIFY(waitForInfo(page, QStringLiteral("Downloaded to ")));
         QCOMPARE(page->infoLabel->text(), QStringLiteral("Downloaded to ") + path);
         QCOMPARE(page->statusLabel->text(), QStringLiteral("Installing..."));
         QCOMPARE(page->progress->value(), 1);
-        QCOMPARE(QFileInfo(path).size(), qint64(size));
         QCOMPARE(getUpdateField(0, VersionField), QStringLiteral("14.0.10"));
         QCOMPARE(getUpdateField(0, SetupField), path);
         QCOMPARE(getUpdateField(0, TitleField), QStringLiteral("Title"));
@@ -567,6 +487,11 @@ private slots:
         files.sort();
         QCOMPARE(filesBelow(program), files);
         QCOMPARE(machine->read(QStringLiteral("program/escaped.exe")), QByteArray("installed before"));
+        const QByteArray bytes = machine->read(QStringLiteral("program/14.0.10/") + name);
+        QCOMPARE(bytes.size(), size);
+        for (int i = 0; i < received; ++i)
+            QCOMPARE(quint8(bytes.at(i)), quint8((i * 7 + 3) % 256));
+        QCOMPARE(bytes.mid(qMax(received, 0)).count('\0'), received < 0 ? size : size - received);
     }
 
     void updatePageQuestion_data()
