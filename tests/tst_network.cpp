@@ -247,60 +247,53 @@ private slots:
     void inventory_data()
     {
         QTest::addColumn<QByteArrayList>("descriptions");   // device n is adapter n, from 1
-        QTest::addColumn<QString>("tweak");
+        QTest::addColumn<QByteArrayList>("edit");           // text replaced in machine.ini and registry.reg
         QTest::addColumn<QStringList>("expected");          // "index description adapter-number"
         QTest::addColumn<int>("count");
 
-        QTest::newRow("one adapter") << QByteArrayList{"Card"} << "" << QStringList{"0 Card 1"} << 1;
+        const QByteArray guid1 = TestMachine::adapterGuid(1);
         QTest::newRow("debug in any case is hidden, indexes keep their gaps")
-            << QByteArrayList{"A", "Kernel DeBuG Adapter", "C"} << ""
-            << QStringList{"0 A 1", "2 C 3"} << 2;
+            << QByteArrayList{"A", "Kernel DeBuG Adapter", "C"} << QByteArrayList{} << QStringList{"0 A 1", "2 C 3"} << 2;
         QTest::newRow("two identical cards: both entries land on the first, the later winning")
-            << QByteArrayList{"A", "B"} << "same hardware id" << QStringList{"0 A 2"} << 1;
+            << QByteArrayList{"A", "B"} << QByteArrayList{"DEV_2", "DEV_1"} << QStringList{"0 A 2"} << 1;
         QTest::newRow("a missing Interfaces key still counts")
-            << QByteArrayList{"A"} << "no Interfaces" << QStringList{"0 A 1"} << 1;
-        QTest::newRow("no key under Adapters: dropped")
-            << QByteArrayList{"A", "B"} << "no Adapters key for 2" << QStringList{"0 A 1"} << 1;
+            << QByteArrayList{"A"} << QByteArrayList{"Interfaces\\" + guid1, "Elsewhere"} << QStringList{"0 A 1"} << 1;
+        QTest::newRow("no key under Adapters: dropped") << QByteArrayList{"A", "B"}
+            << QByteArrayList{"Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere"} << QStringList{"0 A 1"} << 1;
         QTest::newRow("six adapters: five counted, six listed")
-            << QByteArrayList{"A", "B", "C", "D", "E", "F"} << ""
+            << QByteArrayList{"A", "B", "C", "D", "E", "F"} << QByteArrayList{}
             << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"} << 5;
-        QTest::newRow("no NET device") << QByteArrayList{"A"} << "class System" << QStringList{} << 0;
-        QTest::newRow("class compared in upper case") << QByteArrayList{"A"} << "class net"
+        QTest::newRow("no NET device") << QByteArrayList{"A"} << QByteArrayList{"class=Net", "class=System"}
+                                       << QStringList{} << 0;
+        QTest::newRow("class compared in upper case") << QByteArrayList{"A"} << QByteArrayList{"class=Net", "class=net"}
                                                       << QStringList{"0 A 1"} << 1;
-        QTest::newRow("walk fails") << QByteArrayList{"A"} << "walk fails" << QStringList{} << 0;
-        QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered")
-            << QByteArrayList{"A", "debug"} << "no class key" << QStringList{"0 A 0", "1 debug 0"} << 2;
-        QTest::newRow("a class subkey name of 2047 characters is read")
-            << QByteArrayList{"A"} << "subkey 2047" << QStringList{"0 A 1"} << 1;
-        QTest::newRow("a class subkey name of 2048 characters is skipped")
-            << QByteArrayList{"A"} << "subkey 2048" << QStringList{} << 0;
-        QTest::newRow("NetCfgInstanceId of the wrong type")
-            << QByteArrayList{"A"} << "dword id" << QStringList{} << 0;
+        QTest::newRow("walk fails") << QByteArrayList{"A"}
+            << QByteArrayList{"[device.1]", "[network]\ndeviceWalkError=13\n[device.1]"} << QStringList{} << 0;
+        QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered") << QByteArrayList{"A", "debug"}
+            << QByteArrayList{"Control\\Class", "Control\\Gone"} << QStringList{"0 A 0", "1 debug 0"} << 2;
+        QTest::newRow("a class subkey name of 2047 characters is read") << QByteArrayList{"A"}
+            << QByteArrayList{"\\0001]", "\\" + QByteArray(2047, 'k') + "]"} << QStringList{"0 A 1"} << 1;
+        QTest::newRow("a class subkey name of 2048 characters is skipped") << QByteArrayList{"A"}
+            << QByteArrayList{"\\0001]", "\\" + QByteArray(2048, 'k') + "]"} << QStringList{} << 0;
+        QTest::newRow("NetCfgInstanceId of the wrong type") << QByteArrayList{"A"}
+            << QByteArrayList{"\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001"}
+            << QStringList{} << 0;
     }
 
     void inventory()
     {
         QFETCH(QByteArrayList, descriptions);
-        QFETCH(QString, tweak);
+        QFETCH(QByteArrayList, edit);
         QFETCH(QStringList, expected);
         QFETCH(int, count);
         TestMachine m;
         for (int n = 1; n <= descriptions.size(); ++n)
-            m.addAdapter(n, descriptions[n - 1], {}, tweak == "same hardware id" ? "PCI\\SAME" : "");
-        const QByteArray guid1 = TestMachine::adapterGuid(1);
-        if (tweak == "no Interfaces")
-            m.netReg.replace("Interfaces\\" + guid1, "Elsewhere\\" + guid1);
-        if (tweak == "no Adapters key for 2")
-            m.netReg.replace("Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere");
-        if (tweak.startsWith("class "))
-            m.netIni.replace("class=Net", "class=" + tweak.mid(6).toLatin1());
-        if (tweak == "no class key")
-            m.netReg.replace("Control\\Class", "Control\\Gone");
-        if (tweak.startsWith("subkey "))
-            m.netReg.replace("\\0001]", "\\" + QByteArray(tweak.mid(7).toInt(), 'k') + "]");
-        if (tweak == "dword id")
-            m.netReg.replace("\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001");
-        m.writeNetwork(tweak == "walk fails" ? "[network]\ndeviceWalkError=13\n" : "");
+            m.addAdapter(n, descriptions[n - 1]);
+        if (!edit.isEmpty()) {
+            m.netIni.replace(edit[0], edit[1]);
+            m.netReg.replace(edit[0], edit[1]);
+        }
+        m.writeNetwork();
 
         ip_settings net;
         net.refreshAdapters();
