@@ -208,7 +208,6 @@ private slots:
             QCOMPARE(model->index(1, 1).data(Qt::ToolTipRole).toString(), QStringLiteral("n"));
             QVERIFY(model->index(0, 0).data(Qt::ToolTipRole).isNull());
         }
-        QVERIFY(!wizard.welcomePage->rollbackCheckBox->isEnabled());
         // The icon's resource path has no slash behind the colon.
         QVERIFY(!wizard.windowIcon().isNull());
         QCOMPARE(wizard.windowTitle(), QStringLiteral("Tessel Kelpie Updates"));
@@ -246,24 +245,20 @@ private slots:
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QStringList>("emitted");
-        QTest::addColumn<int>("callbackCalls");
-        QTest::addColumn<bool>("newer");
-        QTest::addColumn<int>("latest");
-        QTest::newRow("newer") << "newer" << QStringList{"14.0.10"} << 1 << true << 14010;
-        QTest::newRow("same") << "same" << QStringList{"14.0.1"} << 1 << false << 14001;
-        QTest::newRow("older") << "older" << QStringList{"13.9"} << 1 << false << 13900;
+        QTest::addColumn<int>("latest");   // handed to the callback, newer when above 14.0.1; -1: no call
+        QTest::newRow("newer") << "newer" << QStringList{"14.0.10"} << 14010;
+        QTest::newRow("same") << "same" << QStringList{"14.0.1"} << 14001;
+        QTest::newRow("older") << "older" << QStringList{"13.9"} << 13900;
         QTest::newRow("query holds pid, build and os")
-            << "echo" << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 1 << false << 0;
-        QTest::newRow("empty reply emits nothing") << "empty" << QStringList() << 0 << false << 0;
-        QTest::newRow("refused emits nothing") << "" << QStringList() << 0 << false << 0;
-        QTest::newRow("each chunk emitted, callback once") << "split" << QStringList{"14.0", ".10"} << 1 << false << 14000;
+            << "echo" << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 0;
+        QTest::newRow("empty reply emits nothing") << "empty" << QStringList() << -1;
+        QTest::newRow("refused emits nothing") << "" << QStringList() << -1;
+        QTest::newRow("each chunk emitted, callback once") << "split" << QStringList{"14.0", ".10"} << 14000;
     }
     void latestVersion()
     {
         QFETCH(QString, scenario);
         QFETCH(QStringList, emitted);
-        QFETCH(int, callbackCalls);
-        QFETCH(bool, newer);
         QFETCH(int, latest);
         setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
         auto *manager = new MorvaneUpdateManager;
@@ -285,9 +280,9 @@ private slots:
         QCOMPARE(seen, emitted);
         QCOMPARE(infos.count(), 1);   // every exchange ends with one, empty here
         QCOMPARE(infos.at(0).at(0).toString(), QString());
-        QCOMPARE(callbackAnswer.calls, callbackCalls);
-        QCOMPARE(callbackAnswer.newer, newer);
-        QCOMPARE(callbackAnswer.latest, latest);
+        QCOMPARE(callbackAnswer.calls, latest < 0 ? 0 : 1);
+        QCOMPARE(callbackAnswer.newer, latest > 14001);
+        QCOMPARE(callbackAnswer.latest, qMax(latest, 0));
     }
 
     void checkLatestVersionCallsOnce()
@@ -655,7 +650,6 @@ private slots:
         }
         setUpdateEndpoint(UpdateServer::refusedEndpoint());
         UpdateWizard wizard(0, productName);
-        QSignalSpy picked(wizard.welcomePage, &WelcomePage::Rollback);
         RollbackPage *page = wizard.rollbackPage;
         QTreeView *tree = wizard.welcomePage->tree;
         auto pick = [&](const QString &v) {
@@ -668,7 +662,6 @@ private slots:
         QVERIFY(page->button->isHidden());
         pick(version);
         QVERIFY(wizard.welcomePage->rollbackCheckBox->isEnabled());
-        QCOMPARE(picked.last().at(0).toInt(), versionToBuild(version));
         QCOMPARE(page->rollbackTo, versionToBuild(version));
         QCOMPARE(page->button->isHidden(), button.isEmpty());
         if (!button.isEmpty())
