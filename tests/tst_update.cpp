@@ -99,7 +99,7 @@ class UpdateTest : public QObject {
         wizard->show();
         if (!QTest::qWaitFor([&]() { return !wizard->welcomePage->updateCheckBox->isHidden(); }, 30000))
             return nullptr;
-        setUpdateEndpoint(scenario.startsWith(QLatin1String("http")) ? scenario : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         wizard->next();
         if (wizard->updatePage->infoLabel->text() != QLatin1String("Checking download info..."))
             return nullptr;
@@ -196,7 +196,7 @@ private slots:
             machine->write(QStringLiteral("settings.ini"), ini);
         QCOMPARE(updateEntryFor(version), entry);
 
-        setUpdateEndpoint(UpdateServer::refusedEndpoint());
+        setUpdateEndpoint(server.endpoint(QString()));
         UpdateWizard wizard(0, productName);
         QAbstractItemModel *model = wizard.welcomePage->tree->model();
         QStringList seen;
@@ -260,7 +260,7 @@ private slots:
         QFETCH(QString, scenario);
         QFETCH(QStringList, emitted);
         QFETCH(int, latest);
-        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         auto *manager = new MorvaneUpdateManager;
         const QPointer<QObject> alive(manager);
         manager->ownBuild = currentBuild();
@@ -309,7 +309,7 @@ private slots:
     {
         QFETCH(QString, scenario);
         QFETCH(QString, info);
-        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         auto *manager = new MorvaneUpdateManager;
         const QPointer<QObject> alive(manager);
         QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
@@ -354,7 +354,7 @@ private slots:
         QFETCH(QString, status);
         QFETCH(bool, offered);
         QFETCH(bool, closes);
-        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         UpdateWizard wizard(0, productName);
         wizard.show();
         WelcomePage *page = wizard.welcomePage;
@@ -648,7 +648,7 @@ private slots:
             setUpdateField(n, VersionField, versions[n]);
             setUpdateField(n, SetupField, setup);
         }
-        setUpdateEndpoint(UpdateServer::refusedEndpoint());
+        setUpdateEndpoint(server.endpoint(QString()));
         UpdateWizard wizard(0, productName);
         RollbackPage *page = wizard.rollbackPage;
         QTreeView *tree = wizard.welcomePage->tree;
