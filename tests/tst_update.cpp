@@ -241,23 +241,34 @@ private slots:
         QCOMPARE(setupFileName(url), name);
     }
 
-    void latestVersion_data()
+    // The two questions to the server, each by a manager that deletes itself at the end. The
+    // latest version: each chunk emitted, the callback once. The download info: one answer, the
+    // last chunk kept, a 404 page taken as the body. Every exchange ends with one download info.
+    void exchanges_data()
     {
         QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QStringList>("emitted");
+        QTest::addColumn<bool>("info");            // the download-info question
+        QTest::addColumn<QStringList>("emitted");  // the answer's signals; {base}: the server
         QTest::addColumn<int>("latest");   // handed to the callback, newer when above 14.0.1; -1: no call
-        QTest::newRow("newer") << "newer" << QStringList{"14.0.10"} << 14010;
-        QTest::newRow("same") << "same" << QStringList{"14.0.1"} << 14001;
-        QTest::newRow("older") << "older" << QStringList{"13.9"} << 13900;
+        QTest::newRow("newer") << "newer" << false << QStringList{"14.0.10"} << 14010;
+        QTest::newRow("same") << "same" << false << QStringList{"14.0.1"} << 14001;
+        QTest::newRow("older") << "older" << false << QStringList{"13.9"} << 13900;
         QTest::newRow("query holds pid, build and os")
-            << "echo" << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 0;
-        QTest::newRow("empty reply emits nothing") << "empty" << QStringList() << -1;
-        QTest::newRow("refused emits nothing") << "" << QStringList() << -1;
-        QTest::newRow("each chunk emitted, callback once") << "split" << QStringList{"14.0", ".10"} << 14000;
+            << "echo" << false << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 0;
+        QTest::newRow("empty reply emits nothing") << "empty" << false << QStringList() << -1;
+        QTest::newRow("refused emits nothing") << "" << false << QStringList() << -1;
+        QTest::newRow("each chunk emitted, callback once") << "split" << false << QStringList{"14.0", ".10"} << 14000;
+        QTest::newRow("info in one chunk") << "chunks" << true
+            << QStringList{"3072|{base}/setup/size=3072,chunks=3,gate=chunks/setup.exe|Title|Notes"} << -1;
+        QTest::newRow("info in two chunks keeps the last")
+            << "split" << true << QStringList{"4096|{base}/setup/size=4096/second.exe|Three|Four"} << -1;
+        QTest::newRow("info refused") << "" << true << QStringList{""} << -1;
+        QTest::newRow("HTML error page taken as the body") << "gone" << true << QStringList{"<html>"} << -1;
     }
-    void latestVersion()
+    void exchanges()
     {
         QFETCH(QString, scenario);
+        QFETCH(bool, info);
         QFETCH(QStringList, emitted);
         QFETCH(int, latest);
         setUpdateEndpoint(server.endpoint(scenario));
@@ -268,18 +279,24 @@ private slots:
         connect(manager, &MorvaneUpdateManager::LatestVersion, manager, &MorvaneUpdateManager::GotLatestVersion);
         QSignalSpy versions(manager, &MorvaneUpdateManager::LatestVersion);
         QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
-        QVERIFY(manager->requestLatestVersion(latestVersionUrl()));
-        if (emitted.size() > 1) {
-            QVERIFY(versions.wait(30000));
-            server.release(QStringLiteral("split-latest"));
+        QVERIFY(info ? manager->requestDownloadInfo(downloadInfoUrl()) : manager->requestLatestVersion(latestVersionUrl()));
+        if (scenario == QLatin1String("split")) {   // the second chunk waits until the first is in
+            QVERIFY(QTest::qWaitFor([&]() { return versions.count() || !manager->info.isEmpty(); }, 30000));
+            server.release(info ? QStringLiteral("split-info") : QStringLiteral("split-latest"));
         }
         QVERIFY(waitUntilGone(alive));
-        QStringList seen;
+        QStringList seen[2];
         for (const QList<QVariant> &args : versions)
-            seen << args.at(0).toString();
-        QCOMPARE(seen, emitted);
-        QCOMPARE(infos.count(), 1);   // every exchange ends with one, empty here
-        QCOMPARE(infos.at(0).at(0).toString(), QString());
+            seen[0] << args.at(0).toString();
+        for (const QList<QVariant> &args : infos)
+            seen[1] << args.at(0).toString();
+        emitted.replaceInStrings(QLatin1String("{base}"), server.base());
+        if (scenario == QLatin1String("gone"))
+            QVERIFY2(seen[1].value(0).startsWith(emitted[0]) && seen[1].value(0).contains("Not Found"), qPrintable(seen[1].value(0)));
+        else
+            QCOMPARE(seen[int(info)], emitted);
+        // Of the other signal only the empty info that ends a latest-version exchange.
+        QCOMPARE(seen[int(!info)], info ? QStringList() : QStringList{QString()});
         QCOMPARE(callbackAnswer.calls, latest < 0 ? 0 : 1);
         QCOMPARE(callbackAnswer.newer, latest > 14001);
         QCOMPARE(callbackAnswer.latest, qMax(latest, 0));
@@ -292,41 +309,6 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(callbackAnswer.calls, 1, 30000);
         QCOMPARE(callbackAnswer.newer, true);
         QCOMPARE(callbackAnswer.latest, 14010);
-    }
-
-    void downloadInfo_data()
-    {
-        QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QString>("info");   // {base} stands for the server
-        QTest::newRow("one chunk")
-            << "chunks" << "3072|{base}/setup/size=3072,chunks=3,gate=chunks/setup.exe|Title|Notes";
-        QTest::newRow("two chunks keep the last")
-            << "split" << "4096|{base}/setup/size=4096/second.exe|Three|Four";
-        QTest::newRow("refused") << "" << "";
-        QTest::newRow("HTML error page taken as the body") << "gone" << "<html>";
-    }
-    void downloadInfo()
-    {
-        QFETCH(QString, scenario);
-        QFETCH(QString, info);
-        setUpdateEndpoint(server.endpoint(scenario));
-        auto *manager = new MorvaneUpdateManager;
-        const QPointer<QObject> alive(manager);
-        QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
-        QVERIFY(manager->requestDownloadInfo(downloadInfoUrl()));
-        if (scenario == QLatin1String("split")) {
-            QVERIFY(QTest::qWaitFor([&]() { return !manager->info.isEmpty(); }, 30000));
-            QVERIFY(manager->info.startsWith(QLatin1String("2048|")));
-            server.release(QStringLiteral("split-info"));
-        }
-        QVERIFY(waitUntilGone(alive));
-        QCOMPARE(infos.count(), 1);
-        const QString body = infos.at(0).at(0).toString();
-        info.replace(QLatin1String("{base}"), server.base());
-        if (info == QLatin1String("<html>"))
-            QVERIFY2(body.startsWith(info) && body.contains(QLatin1String("Not Found")), qPrintable(body));
-        else
-            QCOMPARE(body, info);
     }
 
     void welcomePage_data()
