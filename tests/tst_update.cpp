@@ -466,22 +466,18 @@ private slots:
         QCOMPARE(bytes.mid(qMax(received, 0)).count('\0'), received < 0 ? size : size - received);
     }
 
+    // A setup of the version already on disk: Yes runs it, No downloads it again, Cancel closes.
     void updatePageQuestion_data()
     {
         QTest::addColumn<int>("answer");
-        QTest::addColumn<QString>("info");
-        QTest::addColumn<bool>("open");
-        QTest::newRow("Yes runs the setup on disk") << int(QMessageBox::Yes) << "Downloaded to " << true;
-        QTest::newRow("No downloads it again") << int(QMessageBox::No) << "Downloaded to " << true;
-        QTest::newRow("Cancel closes the wizard") << int(QMessageBox::Cancel) << "Allocating" << false;
+        QTest::newRow("Yes runs the setup on disk") << int(QMessageBox::Yes);
+        QTest::newRow("No downloads it again") << int(QMessageBox::No);
+        QTest::newRow("Cancel closes the wizard") << int(QMessageBox::Cancel);
     }
     void updatePageQuestion()
     {
         QFETCH(int, answer);
-        QFETCH(QString, info);
-        QFETCH(bool, open);
         const QString path = version10Folder() + QLatin1Char('/') + probeName;
-        QVERIFY(QDir().mkpath(version10Folder()));
         machine->write(QStringLiteral("program/14.0.10/") + probeName, "kept from before");
         BoxAnswer box;
         answerNextBox(QMessageBox::StandardButton(answer), &box);
@@ -493,16 +489,14 @@ private slots:
                                           "<b>%1</b><br><br>Do you want to execute it <b>[Yes]</b> or download it "
                                           "again <b>[No]</b>?")
                                .arg(path));
+        const bool open = answer != QMessageBox::Cancel;
         if (open)
-            QVERIFY(waitForInfo(wizard->updatePage, info));
+            QVERIFY(waitForInfo(wizard->updatePage, QStringLiteral("Downloaded to ")));
         QCOMPARE(wizard->isVisible(), open);
-        QCOMPARE(wizard->updatePage->infoLabel->text().startsWith(info), open);
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray kept = file.readAll();
-        QCOMPARE(kept == "kept from before", answer != QMessageBox::No);
-        if (answer == QMessageBox::No)
-            QCOMPARE(kept.size(), int(QFileInfo(QStringLiteral(KELPIE_PROBE_PATH)).size()));
+        QFile probe(QStringLiteral(KELPIE_PROBE_PATH));
+        QVERIFY(probe.open(QIODevice::ReadOnly));
+        QCOMPARE(machine->read(QStringLiteral("program/14.0.10/") + probeName),
+                 answer == QMessageBox::No ? probe.readAll() : QByteArray("kept from before"));
     }
 
     // The installer's run on both working pages: polled once a second, then its exit code.
