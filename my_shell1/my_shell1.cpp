@@ -67,7 +67,7 @@ my_shell1::my_shell1(QWidget *parent)
     edgePixmap.load(resource("kant.png"));
 
     resize(screenWidth, 64);
-    userProgramsMenu = nullptr;
+    userMenu = nullptr;
 
     mainMenu = new myMenu(this);
     connect(mainMenu, &myMenu::needCloseMenu, this, &my_shell1::closeMenu);

@@ -5,15 +5,7 @@
 
 #include <QCloseEvent>
 
-// User programs menu
-void my_shell1::refreshClicked() {}
-void my_shell1::userProgram_Cliked() {}
-void my_shell1::userProgram_Remove() {}
-void my_shell1::showRemoveAction(int, int) {}
-void my_shell1::userMenuClosed() {}
-
-// Locale, network
-void my_shell1::setupLocale() {}
+// Network
 void my_shell1::networkStep() {}
 
 // Network bring-up
@@ -30,8 +22,3 @@ void my_shell1::closeEvent(QCloseEvent *event)
         event->ignore();
 }
 void my_shell1::shutDown() {}
-void my_shell1::startRegScript() {}
-void my_shell1::loadDriver() {}
-void my_shell1::loadDriver_new(QString) {}
-void my_shell1::runTaskDlg() {}
-void my_shell1::runPXEscripts() {}
