@@ -114,7 +114,9 @@ private slots:
     void longFolderPathPassesWhole();
     void contextMenuAndRefresh();
     void panelAndRemoveButtonSignals();
-    void iconByNameInEitherSlashForm();
+    void shellIconByName_data();
+    void shellIconByName();
+    void buttonsBearShellIcons();
 };
 
 void TestDesktop::listing_data()
@@ -390,15 +392,47 @@ void TestDesktop::panelAndRemoveButtonSignals()
     QVERIFY(d.isVisible());
 }
 
-void TestDesktop::iconByNameInEitherSlashForm()
+void TestDesktop::shellIconByName_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::addColumn<bool>("same");
+    const QString d = "X:/Users/Default/Desktop/";
+    QTest::newRow("either slash form") << d + "a.exe" << "X:\\Users\\Default\\Desktop\\a.exe" << true;
+    // Asked by name with no attributes, a folder is a file of its name.
+    QTest::newRow("folder and file told apart in nothing") << d + "Tools" << d + "Plain" << true;
+    QTest::newRow("a missing file still has its kind") << d + "gone.exe" << d + "a.exe" << true;
+    QTest::newRow("kinds differ") << d + "a.exe" << d + "note.txt" << false;
+    QTest::newRow("a shortcut is marked") << d + "note.lnk" << d + "Plain" << false;
+    QTest::newRow("extensions ignore case") << d + "NOTE.TXT" << d + "note.txt" << true;
+}
+
+void TestDesktop::shellIconByName()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    QFETCH(bool, same);
+    TestMachine m;
+    writeEntries(m, {"Tools/a.exe", "Plain", "a.exe", "note.txt"});
+    const QImage a = pixmapForFile(first).toImage();
+    QVERIFY(!a.isNull());
+    QCOMPARE(a == pixmapForFile(second).toImage(), same);
+}
+
+void TestDesktop::buttonsBearShellIcons()
 {
     TestMachine m;
-    writeEntries(m, {"Tools/a.exe", "note.txt"});
-    const QImage forward = pixmapForFile("X:/Users/Default/Desktop/Tools").toImage();
-    QVERIFY(!forward.isNull());
-    QCOMPARE(pixmapForFile("X:\\Users\\Default\\Desktop\\Tools").toImage(), forward);
-    // The folder is found as a folder through the drive mapping, so it does not look like a file.
-    QVERIFY(forward != pixmapForFile("X:/Users/Default/Desktop/note.txt").toImage());
+    writeEntries(m, {"Tool.lnk", "Tools/a.exe"});
+    ScreenDesktop d;
+    d.lay();
+    const QImage icon = d.desktopButtons.at(0)->icon().pixmap(32, 32).toImage();
+    QCOMPARE(icon, QPixmap::fromImage(m.sim->shellIcon(desktopPath + "Tool.lnk")).toImage());
+
+    // No icon to be had: the button shows its text alone.
+    m.write("machine.ini", "[shell]\nicons=0\n");
+    d.lay();
+    QVERIFY(d.desktopButtons.at(0)->icon().isNull());
+    QCOMPARE(visibleTexts(d), QStringList({"Tool", "Tools"}));
 }
 
 KELPIE_TEST_MAIN(TestDesktop)
