@@ -2,6 +2,7 @@
 // driver installer, the Run box, the PXE scripts and the file associations script.
 
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "actions/envinit.h"
 #include "actions/taskrun.h"
@@ -15,9 +16,8 @@
 
 namespace {
 
-const int swHide = 0;
-const int swShowNormal = 1;
-const quint32 seeMaskInvokeIdList = 12;
+using win32::swHide;
+using win32::swShowNormal;
 const int pxePauseMs = 2000;
 
 // Driver folders deeper than this are a loop of junctions, not a medium's tree.
@@ -118,7 +118,7 @@ void my_shell1::runPXEscripts()
         // The day's label shows it until the next tick writes the day back.
         ui.label->setText(QStringLiteral("Starting script: ") + path);
         ShellExecuteRequest request;
-        request.mask = seeMaskInvokeIdList;
+        request.mask = win32::seeMaskInvokeIdList;
         request.verb = QStringLiteral("Open");
         request.file = path;
         request.show = swShowNormal;

@@ -1,5 +1,6 @@
 // The system actions that hand work to the medium's programs: the locale file, the driver
 // installer, the Run box, the PXE scripts and the file associations script.
+// Each shell holds its start-up chain back: its first step opens the main menu modally.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -12,6 +13,7 @@
 
 #include <QAction>
 #include <QBuffer>
+#include <QLabel>
 
 namespace {
 
@@ -111,6 +113,7 @@ void ActionsTest::locale()
     m.write(envInit, file);
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
     QStringList seen;
     for (const QString &line : journalOf(m, {"timezone", "start"}))
         seen << line.section(' ', 0, line.startsWith("timezone") ? 1 : -1);
@@ -128,6 +131,7 @@ void ActionsTest::localeKeepsClockDaylightAndTheRestOfTheMachine()
     m.write(envInit, "TimeZone=15\n");
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
 
     // The clock is read before the zone is written and written back after it.
     QCOMPARE(journalOf(m, {"timezone", "localtime"}),
@@ -158,6 +162,7 @@ void ActionsTest::localeBadFiles()
                              + "TimeZone=15\nSetUserLocale=fr-FR\n");
         Screen s;
         my_shell1 shell;
+        shell.initTimer->stop();
         QCOMPARE(journalOf(m, {"timezone", "start"}).size(), 2);
         QVERIFY(journalOf(m, {"timezone"}).first().startsWith("timezone -60 "));
         QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
@@ -171,6 +176,7 @@ void ActionsTest::localeBadFiles()
         m.write(envInit, junk);
         Screen s;
         my_shell1 shell;
+        shell.initTimer->stop();
         QVERIFY(journalOf(m, {"timezone", "localtime"}).isEmpty());
         QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
     }
@@ -178,6 +184,7 @@ void ActionsTest::localeBadFiles()
     TestMachine m;
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
     QVERIFY(journalOf(m, {"timezone", "localtime", "start"}).isEmpty());
 
     QBuffer partial;
@@ -215,6 +222,7 @@ void ActionsTest::driverTreeAndMenuEntries()
     QVERIFY(QFile::link(m.folder() + "/drives/E/Drivers", m.folder() + "/drives/E/Drivers/Net/back"));
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.loadDriver_new("E:\\Drivers\\");
     QCOMPARE(journalOf(m, {"start"}),
              QStringList({"start open InstallDriver.exe \"E:\\Drivers\\a.inf\" /exit-if-ok 1",
@@ -264,6 +272,7 @@ void ActionsTest::pxeScripts()
     }
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.runPXEscripts();
     QCOMPARE(logLines(m), log);
     QStringList paths;
@@ -287,15 +296,16 @@ void ActionsTest::pxeLabelUntilTheNextTick()
         m.write(scripts + QString("s%1.cmd").arg(i, 4, 10, QChar('0')), "");
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.runPXEscripts();
     // A thousand scripts, one pause; the label shows the last one.
     QCOMPARE(journalOf(m, {"sleep"}).size(), 1);
     QCOMPARE(journalOf(m, {"startex"}).size(), 1000);
-    QCOMPARE(shell.ui.label->text(),
+    QCOMPARE(formWidget<QLabel>(shell, "label")->text(),
              QString("Starting script: X:\\Program Files\\kelpie\\Kelpie_Scripts\\s0999.cmd"));
     shell.hideWindow();
-    QVERIFY(!shell.ui.label->text().startsWith("Starting script"));
-    QVERIFY(!shell.ui.label->text().isEmpty());
+    QVERIFY(!formWidget<QLabel>(shell, "label")->text().startsWith("Starting script"));
+    QVERIFY(!formWidget<QLabel>(shell, "label")->text().isEmpty());
 }
 
 void ActionsTest::associationsScript()
@@ -306,6 +316,7 @@ void ActionsTest::associationsScript()
     QVERIFY(QDir().mkpath(m.folder() + "/" + wd));
     Screen s;
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.startRegScript();
     const QByteArray reg = m.read(wd + "regApp.reg");
     QVERIFY(reg.startsWith("Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CLASSES_ROOT\\.pdf]\r\n"
@@ -327,6 +338,7 @@ void ActionsTest::associationsScript()
     QVERIFY(QDir().mkpath(n.folder() + "/" + wd + "stregapp.cmd/"));
     Screen s;
     my_shell1 again;
+    again.initTimer->stop();
     again.startRegScript();
     QVERIFY(!n.read(wd + "regApp.reg").isEmpty());
     QVERIFY(journalOf(n, {"start"}).isEmpty());

@@ -1,5 +1,6 @@
 // The User Programs menu: the tree it mirrors from the start menu folder, its entries' starts and
 // icons, and the remove button's road, on simulated machines built per test.
+// Each shell holds its start-up chain back: its first step opens the main menu modally.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -148,6 +149,7 @@ void UserMenuTest::tree()
     writeTree(m, entries);
     Shell s;
     my_shell1 shell;
+    shell.initTimer->stop();
     QVERIFY(shell.userMenu);
     QCOMPARE(treeOf(shell.userMenu), tree);
 
@@ -165,6 +167,7 @@ void UserMenuTest::entryPlaceInMainMenu()
         writeTree(m, {"a.lnk"});
         Shell s;
         my_shell1 shell;
+        shell.initTimer->stop();
         QCOMPARE(mainTexts(shell), QStringList({"About Kelpie", "-", "User Programs", "-", "Run...",
                                                 "Load Driver", "Turn Off Computer"}));
         QCOMPARE(shell.menuActions.last()->id, -10);
@@ -175,6 +178,7 @@ void UserMenuTest::entryPlaceInMainMenu()
     writeTree(m, {"desktop.ini"});
     Shell s;
     my_shell1 shell;
+    shell.initTimer->stop();
     QVERIFY(!shell.userMenu);
     QVERIFY(!mainTexts(shell).contains("User Programs"));
     writeTree(m, {"Late.lnk"});
@@ -200,6 +204,7 @@ void UserMenuTest::entriesStartAndBearShellIcons()
     writeTree(m, {"Tool.lnk", "Tools/Viewer.exe"});
     Shell s;
     my_shell1 shell;
+    shell.initTimer->stop();
     my_userAction *tool = entryNamed(shell.userMenu, "Tool");
     QVERIFY(tool);
     QCOMPARE(tool->id, -10);
@@ -247,6 +252,7 @@ void UserMenuTest::badTrees()
     writeTree(m, {QString::fromUtf8("Редактор \xe2\x9c\x93.lnk")});
     Shell s;
     my_shell1 shell;
+    shell.initTimer->stop();
 
     QMenu *menu = shell.userMenu;
     int depth = 0;
@@ -272,6 +278,7 @@ void UserMenuTest::removeButtonFollowsHover()
     writeTree(m, {"a.lnk", "b.lnk"});
     Shell s;
     my_shell1 shell;
+    shell.initTimer->stop();
     QToolButton *button = shell.desktop->removeButton;
     QTimer *timer = shell.desktop->removeTimer;
 
@@ -323,6 +330,7 @@ void UserMenuTest::remove()
     Shell s;
     savedVolumeLetter = letter;
     my_shell1 shell;
+    shell.initTimer->stop();
     QMenu *tools = shell.userMenu->actions().at(1)->menu();
     tools->popup(QPoint(100, 100));
     entryNamed(tools, "App")->hover();
@@ -352,6 +360,7 @@ void UserMenuTest::staleButtonDoesNothing()
     Shell s;
     savedVolumeLetter = "E";
     my_shell1 shell;
+    shell.initTimer->stop();
     shell.userMenu->popup(QPoint(100, 100));
     entryNamed(shell.userMenu, "App")->hover();
     shell.userMenu->close();

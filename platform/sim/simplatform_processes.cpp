@@ -1,6 +1,8 @@
 #include "simplatform.h"
 #include "simshared.h"
 
+#include "platform/shelllink/shelllink.h"
+
 #include <QFileInfo>
 #include <QSet>
 
@@ -75,7 +77,7 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
         return r;
     };
     if (f.isEmpty())
-        return fail(2);
+        return fail(win32::seErrFileNotFound);
 
     const bool bare = !f.contains(QLatin1Char('/')) && !isDrivePath(f);
     QStringList candidates;
@@ -98,6 +100,15 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
             const QFileInfo fi(hostPath(v));
             if (!present(fi))
                 continue;
+            shelllink::Link link;
+            if (fi.isFile() && fi.suffix().compare(QLatin1String("lnk"), Qt::CaseInsensitive) == 0
+                && shelllink::readFile(fi.filePath(), &link) && !link.target.isEmpty()) {
+                // A shortcut starts its target; one that points at another shortcut stops there.
+                const QString target = link.target;
+                if (target.endsWith(QLatin1String(".lnk"), Qt::CaseInsensitive))
+                    return fail(2);
+                return startAnswer(target);
+            }
             if (fi.isDir() || associated(fi.suffix())) {
                 r.code = 42;
                 r.lastError = 0;
@@ -121,13 +132,20 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
         return r;
     }
     if (!bare && !folder.isEmpty() && !QFileInfo(hostPath(folder)).isDir())
-        return fail(3);
-    return fail(2);
+        return fail(win32::seErrPathNotFound);
+    return fail(win32::seErrFileNotFound);
 }
 
 ShellResult SimPlatform::shellExecute(const QString &verb, const QString &file,
                                       const QString &parameters, int show)
 {
     appendJournal({QStringLiteral("start"), verb, file, parameters, QString::number(show)});
+    QString f = file.trimmed();
+    if (f.size() >= 2 && f.startsWith(QLatin1Char('"')) && f.endsWith(QLatin1Char('"')))
+        f = f.mid(1, f.size() - 2);
+    shelllink::Link link;
+    if (f.endsWith(QLatin1String(".lnk"), Qt::CaseInsensitive)
+        && shelllink::readFile(hostPath(f), &link) && !link.target.isEmpty())
+        appendJournal({QStringLiteral("link"), f, link.target, link.arguments, link.workingDirectory});
     return startAnswer(file);
 }

@@ -1,6 +1,8 @@
 #include "simplatform.h"
 #include "simshared.h"
 
+#include "platform/shelllink/shelllink.h"
+
 #include <QDateTime>
 #include <QFile>
 #include <QHash>
@@ -14,6 +16,7 @@ using namespace sim;
 namespace {
 
 const QString kTime = QStringLiteral("time");
+const quint32 fileAttributeDirectory = 0x10;   // FILE_ATTRIBUTE_DIRECTORY
 const int kIconSize = 32;
 
 QString lastComponent(const QString &path)
@@ -352,8 +355,16 @@ QImage SimPlatform::shellIcon(const QString &path)
     if (path.isEmpty() || !yes(currentFacts().value(QStringLiteral("shell"), QStringLiteral("icons")), true))
         return QImage();
     const QString name = lastComponent(path);
-    const bool shortcut = name.endsWith(QLatin1String(".lnk"), Qt::CaseInsensitive);
-    return drawIcon(shortcut ? QStringLiteral("file") : iconKind(name), shortcut);
+    if (!name.endsWith(QLatin1String(".lnk"), Qt::CaseInsensitive))
+        return drawIcon(iconKind(name), false);
+    // A shortcut wears its target's picture under the shortcut's mark, as the shell's link
+    // handler gives it; one that cannot be read is a plain file with the mark.
+    QString kind = QStringLiteral("file");
+    shelllink::Link link;
+    if (shelllink::readFile(hostPath(path), &link) && !link.target.isEmpty())
+        kind = (link.fileAttributes & fileAttributeDirectory) ? QStringLiteral("folder")
+                                                              : iconKind(link.target);
+    return drawIcon(kind, true);
 }
 
 ShellExecuteExResult SimPlatform::shellExecuteEx(const ShellExecuteRequest &request)

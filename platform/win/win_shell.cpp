@@ -10,6 +10,11 @@
 #include <windows.h>
 #include <shellapi.h>
 
+static_assert(win32::swHide == SW_HIDE && win32::swShowNormal == SW_SHOWNORMAL
+                  && win32::seeMaskInvokeIdList == SEE_MASK_INVOKEIDLIST
+                  && win32::timeZoneIdInvalid == TIME_ZONE_ID_INVALID,
+              "shell room numbers");
+
 namespace {
 
 const wchar_t *wide(const QString &s)

@@ -1,0 +1,1 @@
+kelpie_test(shelllink kelpie_platform Qt5::Widgets)
