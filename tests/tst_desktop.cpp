@@ -5,6 +5,7 @@
 #include "desktop/dektopwidget.h"
 #include "desktop/my_toolbutton.h"
 #include "my_shell1/globals.h"
+#include "platform/shelllink/shelllink.h"
 
 #include <QAction>
 #include <QLabel>
@@ -114,6 +115,8 @@ private slots:
     void panelAndRemoveButtonSignals();
     void shellIconByName_data();
     void shellIconByName();
+    void shortcutWearsItsTargetsKind_data();
+    void shortcutWearsItsTargetsKind();
     void buttonsBearShellIcons();
 };
 
@@ -415,6 +418,44 @@ void TestDesktop::shellIconByName()
     const QImage a = pixmapForFile(first).toImage();
     QVERIFY(!a.isNull());
     QCOMPARE(a == pixmapForFile(second).toImage(), same);
+}
+
+void TestDesktop::shortcutWearsItsTargetsKind_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::addColumn<bool>("same");
+    QTest::newRow("two programs") << "X:\\Windows\\System32\\cmd.exe" << "C:\\Tools\\x.EXE" << true;
+    QTest::newRow("a program and a text") << "X:\\Windows\\System32\\cmd.exe" << "C:\\notes.txt" << false;
+    QTest::newRow("a folder and a name without extension") << "<dir>C:\\Tools" << "C:\\Tools" << false;
+    QTest::newRow("an unreadable shortcut is a plain file") << "<junk>" << "C:\\Tools" << true;
+}
+
+void TestDesktop::shortcutWearsItsTargetsKind()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    QFETCH(bool, same);
+    TestMachine m;
+    QVERIFY(QDir().mkpath(m.folder() + "/" + desktopFolder));
+    QImage icons[2];
+    const QString targets[2] = {first, second};
+    for (int i = 0; i < 2; ++i) {
+        const QString name = QString("drives/X/Users/Default/Desktop/link%1.lnk").arg(i);
+        if (targets[i] == "<junk>") {
+            m.write(name, "not a shortcut");
+        } else {
+            const bool folder = targets[i].startsWith("<dir>");
+            shelllink::Link link = shelllink::make(QString(targets[i]).remove("<dir>"));
+            link.fileAttributes = folder ? 0x10 : 0x20;
+            QVERIFY(shelllink::writeFile(m.folder() + "/" + name, link));
+        }
+        icons[i] = pixmapForFile(QString("X:/Users/Default/Desktop/link%1.lnk").arg(i)).toImage();
+        QVERIFY(!icons[i].isNull());
+    }
+    QCOMPARE(icons[0] == icons[1], same);
+    // The shortcut's mark sets it apart from its target's own icon.
+    QVERIFY(icons[0] != pixmapForFile("C:/cmd.exe").toImage());
 }
 
 void TestDesktop::buttonsBearShellIcons()
