@@ -12,7 +12,6 @@
 #include "platform/sim/simregistry.h"
 
 #include <QAction>
-#include <QBuffer>
 #include <QLabel>
 
 namespace {
@@ -57,8 +56,6 @@ private slots:
     void locale();
     void localeKeepsClockDaylightAndTheRestOfTheMachine();
     void localeBadFiles();
-    void driverFiles_data();
-    void driverFiles();
     void driverTreeAndMenuEntries();
     void pxeScripts_data();
     void pxeScripts();
@@ -187,31 +184,6 @@ void ActionsTest::localeBadFiles()
     shell.initTimer->stop();
     QVERIFY(journalOf(m, {"timezone", "localtime", "start"}).isEmpty());
 
-    QBuffer partial;
-    partial.setData("SetUserLocale=it-IT");   // no line end at the end of the file
-    QVERIFY(partial.open(QIODevice::ReadOnly));
-    const QList<envinit::Step> steps = envinit::read(&partial);
-    QCOMPARE(steps.size(), 1);
-    QCOMPARE(steps.first().arguments, QString("SetUserLocale it-IT"));
-}
-
-void ActionsTest::driverFiles_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("driver");
-    QTest::newRow("lower case") << "a.inf" << true;
-    QTest::newRow("upper case") << "b.INF" << true;
-    QTest::newRow("mixed case") << "net.Inf" << true;
-    QTest::newRow("a later suffix wins") << "c.inf.bak" << false;
-    QTest::newRow("the name alone") << "inf" << false;
-    QTest::newRow("another suffix") << "setup.exe" << false;
-}
-
-void ActionsTest::driverFiles()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, driver);
-    QCOMPARE(taskrun::isDriverFile(name), driver);
 }
 
 void ActionsTest::driverTreeAndMenuEntries()
@@ -350,35 +322,33 @@ void ActionsTest::associationsValues_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<quint32>("type");
     QTest::addColumn<QString>("value");
-    const quint32 sz = RegSz, expand = RegExpandSz;
     const QList<QPair<QString, QString>> extensions = {
         {".pdf", "Sumatra.pdf"},      {".bmp", "Honeyview.bmp"}, {".jpg", "Honeyview.jpg"},
         {".jxr", "Honeyview.jxr"},    {".jpeg", "paint_auto_file"}, {".jpe", "Honeyview.jpe"},
         {".jfif", "Honeyview.jpg"},   {".gif", "Honeyview.gif"},  {".tif", "Honeyview.tif"},
         {".tiff", "Honeyview.tiff"},  {".png", "Honeyview.png"},  {".ico", "paint_auto_file"}};
     for (const auto &e : extensions)
-        QTest::newRow(qPrintable(e.first)) << e.first << "" << sz << e.second;
-    QTest::newRow("pdffile") << "pdffile" << "" << sz << "Text Document";
-    QTest::newRow("pdffile EditFlags") << "pdffile" << "EditFlags" << quint32(RegDword) << "65536";
-    QTest::newRow("pdffile FriendlyTypeName") << "pdffile" << "FriendlyTypeName" << expand
-                                              << "@%SystemRoot%\\system32\\notepad.exe,-469";
-    QTest::newRow("open") << "pdffile\\shell\\open\\command" << "" << expand
-                          << "X:\\Program Files\\ADOBE\\ACROBAT5.0\\READER\\ACRORD32.EXE %1";
-    QTest::newRow("_command") << "pdffile\\shell\\open\\_command" << "" << expand
-                              << "%SystemRoot%\\system32\\NOTEPAD.EXE %1";
-    QTest::newRow("print") << "pdffile\\shell\\print\\command" << "" << expand
-                           << "%SystemRoot%\\system32\\NOTEPAD.EXE /p %1";
-    QTest::newRow("printto") << "pdffile\\shell\\printto\\command" << "" << expand
-                             << "%SystemRoot%\\system32\\notepad.exe /pt \"%1\" \"%2\" \"%3\" \"%4\"";
-    QTest::newRow("_DefaultIcon") << "pdffile\\_DefaultIcon" << "" << expand
-                                  << "%SystemRoot%\\system32\\imageres.dll,-102";
-    QTest::newRow("_ShellEx") << "pdffile\\_ShellEx\\{8895b1c6-b41f-4c1c-a562-0d564250836f}" << ""
-                              << sz << "{1531d583-8375-4d3f-b5fb-d23bbd169f22}";
-    QTest::newRow("paint_auto_file") << "paint_auto_file" << "" << sz << "";
-    QTest::newRow("edit") << "paint_auto_file\\shell\\edit\\command" << "" << expand
-                          << "\"%systemroot%\\system32\\mspaint.exe\" \"%1\"";
-    QTest::newRow("paint open") << "paint_auto_file\\shell\\open\\command" << "" << expand
-                                << "\"%systemroot%\\system32\\mspaint.exe\" \"%1\"";
+        QTest::newRow(qPrintable(e.first)) << e.first << "" << quint32(RegSz) << e.second;
+    const char *const values[][4] = {
+        {"pdffile", "", "1", "Text Document"},
+        {"pdffile", "EditFlags", "4", "65536"},
+        {"pdffile", "FriendlyTypeName", "2", "@%SystemRoot%\\system32\\notepad.exe,-469"},
+        {"pdffile\\shell\\open\\command", "", "2",
+         "X:\\Program Files\\ADOBE\\ACROBAT5.0\\READER\\ACRORD32.EXE %1"},
+        {"pdffile\\shell\\open\\_command", "", "2", "%SystemRoot%\\system32\\NOTEPAD.EXE %1"},
+        {"pdffile\\shell\\print\\command", "", "2", "%SystemRoot%\\system32\\NOTEPAD.EXE /p %1"},
+        {"pdffile\\shell\\printto\\command", "", "2",
+         "%SystemRoot%\\system32\\notepad.exe /pt \"%1\" \"%2\" \"%3\" \"%4\""},
+        {"pdffile\\_DefaultIcon", "", "2", "%SystemRoot%\\system32\\imageres.dll,-102"},
+        {"pdffile\\_ShellEx\\{8895b1c6-b41f-4c1c-a562-0d564250836f}", "", "1",
+         "{1531d583-8375-4d3f-b5fb-d23bbd169f22}"},
+        {"paint_auto_file", "", "1", ""},
+        {"paint_auto_file\\shell\\edit\\command", "", "2", "\"%systemroot%\\system32\\mspaint.exe\" \"%1\""},
+        {"paint_auto_file\\shell\\open\\command", "", "2", "\"%systemroot%\\system32\\mspaint.exe\" \"%1\""},
+    };
+    for (const auto &v : values)
+        QTest::newRow(qPrintable(QString(v[0]) + ' ' + v[1]))
+            << QString(v[0]) << QString(v[1]) << QByteArray(v[2]).toUInt() << QString(v[3]);
 }
 
 void ActionsTest::associationsValues()
