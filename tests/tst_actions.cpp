@@ -1,6 +1,5 @@
 // The system actions that hand work to the medium's programs: the locale file, the driver
 // installer, the Run box, the PXE scripts and the file associations script.
-// Each shell holds its start-up chain back: its first step opens the main menu modally.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -9,6 +8,7 @@
 #include "actions/taskrun.h"
 #include "my_shell1/globals.h"
 #include "my_shell1/my_shell1.h"
+#include "testshell.h"
 #include "platform/sim/simregistry.h"
 
 #include <QAction>
@@ -36,13 +36,6 @@ QStringList logLines(const TestMachine &m)
     return QString::fromLocal8Bit(m.read("drives/X/init.log")).split("\r\n", Qt::SkipEmptyParts);
 }
 
-struct Screen {
-    Screen()
-    {
-        screenWidth = 1024;
-        screenHeight = 768;
-    }
-};
 
 } // namespace
 
@@ -108,9 +101,7 @@ void ActionsTest::locale()
     QFETCH(QStringList, effects);
     TestMachine m;
     m.write(envInit, file);
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
+    auto shell = makeShell();
     QStringList seen;
     for (const QString &line : journalOf(m, {"timezone", "start"}))
         seen << line.section(' ', 0, line.startsWith("timezone") ? 1 : -1);
@@ -126,9 +117,7 @@ void ActionsTest::localeKeepsClockDaylightAndTheRestOfTheMachine()
                            "daylightName=Central Summer\r\ndaylightBias=-60\r\n"
                            "daylightDate=0,3,0,5,2,0,0,0\r\n\r\n[firewall]\r\nstate=on\r\n");
     m.write(envInit, "TimeZone=15\n");
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
+    auto shell = makeShell();
 
     // The clock is read before the zone is written and written back after it.
     QCOMPARE(journalOf(m, {"timezone", "localtime"}),
@@ -157,9 +146,7 @@ void ActionsTest::localeBadFiles()
         TestMachine m;
         m.write(envInit, "TimeZone=13\n" + QByteArray(envinit::longestLine + 10, 'x')
                              + "TimeZone=15\nSetUserLocale=fr-FR\n");
-        Screen s;
-        my_shell1 shell;
-        shell.initTimer->stop();
+        auto shell = makeShell();
         QCOMPARE(journalOf(m, {"timezone", "start"}).size(), 2);
         QVERIFY(journalOf(m, {"timezone"}).first().startsWith("timezone -60 "));
         QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
@@ -171,17 +158,13 @@ void ActionsTest::localeBadFiles()
         for (int i = 0; i < 70000; ++i)
             junk += char((i * 7919) % 251);
         m.write(envInit, junk);
-        Screen s;
-        my_shell1 shell;
-        shell.initTimer->stop();
+        auto shell = makeShell();
         QVERIFY(journalOf(m, {"timezone", "localtime"}).isEmpty());
         QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
     }
     // No file: nothing at all.
     TestMachine m;
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
+    auto shell = makeShell();
     QVERIFY(journalOf(m, {"timezone", "localtime", "start"}).isEmpty());
 
 }
@@ -192,22 +175,20 @@ void ActionsTest::driverTreeAndMenuEntries()
     for (const char *f : {"a.inf", "b.INF", "c.inf.bak", "README.txt", "Net/d.inf", "Net/Deep/e.inf"})
         m.write(QString("drives/E/Drivers/") + f, "x");
     QVERIFY(QFile::link(m.folder() + "/drives/E/Drivers", m.folder() + "/drives/E/Drivers/Net/back"));
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.loadDriver_new("E:\\Drivers\\");
+    auto shell = makeShell();
+    shell->loadDriver_new("E:\\Drivers\\");
     QCOMPARE(journalOf(m, {"start"}),
              QStringList({"start open InstallDriver.exe \"E:\\Drivers\\a.inf\" /exit-if-ok 1",
                           "start open InstallDriver.exe \"E:\\Drivers\\b.INF\" /exit-if-ok 1",
                           "start open InstallDriver.exe \"E:\\Drivers\\Net\\d.inf\" /exit-if-ok 1",
                           "start open InstallDriver.exe \"E:\\Drivers\\Net\\Deep\\e.inf\" /exit-if-ok 1"}));
     const int before = m.journal().size();
-    shell.loadDriver_new("E:\\Missing\\");
+    shell->loadDriver_new("E:\\Missing\\");
     QCOMPARE(m.journal().size(), before);
 
     // "Load Driver" and "Run..." of the main menu start their programs, nothing waited for.
-    shell.loadDriverAction->trigger();
-    shell.runAction->trigger();
+    shell->loadDriverAction->trigger();
+    shell->runAction->trigger();
     QCOMPARE(journalOf(m, {"start"}).mid(4), QStringList({"start open InstallDriver.exe  1",
                                                          "start open RunTask.exe  1"}));
 }
@@ -242,10 +223,8 @@ void ActionsTest::pxeScripts()
         else
             m.write(scripts + f, "@echo off\r\n");
     }
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.runPXEscripts();
+    auto shell = makeShell();
+    shell->runPXEscripts();
     QCOMPARE(logLines(m), log);
     QStringList paths;
     for (const QString &line : m.journal()) {
@@ -266,18 +245,16 @@ void ActionsTest::pxeLabelUntilTheNextTick()
     TestMachine m;
     for (int i = 0; i < 1000; ++i)
         m.write(scripts + QString("s%1.cmd").arg(i, 4, 10, QChar('0')), "");
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.runPXEscripts();
+    auto shell = makeShell();
+    shell->runPXEscripts();
     // A thousand scripts, one pause; the label shows the last one.
     QCOMPARE(journalOf(m, {"sleep"}).size(), 1);
     QCOMPARE(journalOf(m, {"startex"}).size(), 1000);
-    QCOMPARE(formWidget<QLabel>(shell, "label")->text(),
+    QCOMPARE(formWidget<QLabel>(*shell, "label")->text(),
              QString("Starting script: X:\\Program Files\\kelpie\\Kelpie_Scripts\\s0999.cmd"));
-    shell.hideWindow();
-    QVERIFY(!formWidget<QLabel>(shell, "label")->text().startsWith("Starting script"));
-    QVERIFY(!formWidget<QLabel>(shell, "label")->text().isEmpty());
+    shell->hideWindow();
+    QVERIFY(!formWidget<QLabel>(*shell, "label")->text().startsWith("Starting script"));
+    QVERIFY(!formWidget<QLabel>(*shell, "label")->text().isEmpty());
 }
 
 void ActionsTest::associationsScript()
@@ -286,10 +263,8 @@ void ActionsTest::associationsScript()
     {
     TestMachine m;
     QVERIFY(QDir().mkpath(m.folder() + "/" + wd));
-    Screen s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.startRegScript();
+    auto shell = makeShell();
+    shell->startRegScript();
     const QByteArray reg = m.read(wd + "regApp.reg");
     QVERIFY(reg.startsWith("Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CLASSES_ROOT\\.pdf]\r\n"
                            "@=\"Sumatra.pdf\"\r\n\r\n[HKEY_CLASSES_ROOT\\.bmp]\r\n"));
@@ -308,10 +283,8 @@ void ActionsTest::associationsScript()
     // The script cannot be made: the registry text stays behind and nothing starts.
     TestMachine n;
     QVERIFY(QDir().mkpath(n.folder() + "/" + wd + "stregapp.cmd/"));
-    Screen s;
-    my_shell1 again;
-    again.initTimer->stop();
-    again.startRegScript();
+    auto again = makeShell();
+    again->startRegScript();
     QVERIFY(!n.read(wd + "regApp.reg").isEmpty());
     QVERIFY(journalOf(n, {"start"}).isEmpty());
 }
@@ -328,7 +301,7 @@ void ActionsTest::associationsValues_data()
         {".jfif", "Honeyview.jpg"},   {".gif", "Honeyview.gif"},  {".tif", "Honeyview.tif"},
         {".tiff", "Honeyview.tiff"},  {".png", "Honeyview.png"},  {".ico", "paint_auto_file"}};
     for (const auto &e : extensions)
-        QTest::newRow(qPrintable(e.first)) << e.first << "" << quint32(RegSz) << e.second;
+        QTest::newRow(qPrintable(e.first)) << e.first << "" << win32::regSz << e.second;
     const char *const values[][4] = {
         {"pdffile", "", "1", "Text Document"},
         {"pdffile", "EditFlags", "4", "65536"},
@@ -363,7 +336,7 @@ void ActionsTest::associationsValues()
     const RegData d = registry.readValue("HKEY_CLASSES_ROOT\\" + key, name);
     QVERIFY(d.found);
     QCOMPARE(d.type, type);
-    QCOMPARE(type == RegDword ? QString::number(d.dword) : d.text, value);
+    QCOMPARE(type == win32::regDword ? QString::number(d.dword) : d.text, value);
     QCOMPARE(registry.enumKeys("HKEY_CLASSES_ROOT").size(), 14);
 }
 

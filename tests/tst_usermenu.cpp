@@ -1,6 +1,5 @@
 // The User Programs menu: the tree it mirrors from the start menu folder, its entries' starts and
 // icons, and the remove button's road, on simulated machines built per test.
-// Each shell holds its start-up chain back: its first step opens the main menu modally.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -11,6 +10,7 @@
 #include "launcher/mymenu.h"
 #include "my_shell1/globals.h"
 #include "my_shell1/my_shell1.h"
+#include "testshell.h"
 
 #include <QAbstractButton>
 #include <QMessageBox>
@@ -87,13 +87,6 @@ void answerBox(Box *seen, QMessageBox::StandardButton answer)
     });
 }
 
-struct Shell {
-    Shell()
-    {
-        screenWidth = 1024;
-        screenHeight = 768;
-    }
-};
 
 } // namespace
 
@@ -147,16 +140,14 @@ void UserMenuTest::tree()
     QFETCH(QString, tree);
     TestMachine m;
     writeTree(m, entries);
-    Shell s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    QVERIFY(shell.userMenu);
-    QCOMPARE(treeOf(shell.userMenu), tree);
+    auto shell = makeShell();
+    QVERIFY(shell->userMenu);
+    QCOMPARE(treeOf(shell->userMenu), tree);
 
-    // A refresh empties and fills the same menu again.
-    shell.refreshClicked();
-    QCOMPARE(treeOf(shell.userMenu), tree);
-    QCOMPARE(mainTexts(shell).count("User Programs"), 1);
+    // A refresh empties and fills the same menu again->
+    shell->refreshClicked();
+    QCOMPARE(treeOf(shell->userMenu), tree);
+    QCOMPARE(mainTexts(*shell).count("User Programs"), 1);
 }
 
 void UserMenuTest::entryPlaceInMainMenu()
@@ -165,56 +156,50 @@ void UserMenuTest::entryPlaceInMainMenu()
     {
         TestMachine m;
         writeTree(m, {"a.lnk"});
-        Shell s;
-        my_shell1 shell;
-        shell.initTimer->stop();
-        QCOMPARE(mainTexts(shell), QStringList({"About Kelpie", "-", "User Programs", "-", "Run...",
+        auto shell = makeShell();
+        QCOMPARE(mainTexts(*shell), QStringList({"About Kelpie", "-", "User Programs", "-", "Run...",
                                                 "Load Driver", "Turn Off Computer"}));
-        QCOMPARE(shell.menuActions.last()->id, -10);
+        QCOMPARE(shell->menuActions.last()->id, -10);
     }
     // A folder with desktop.ini alone gives no entry; once a file comes, the entry comes at the
     // very end, below "Turn Off Computer".
     TestMachine m;
     writeTree(m, {"desktop.ini"});
-    Shell s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    QVERIFY(!shell.userMenu);
-    QVERIFY(!mainTexts(shell).contains("User Programs"));
+    auto shell = makeShell();
+    QVERIFY(!shell->userMenu);
+    QVERIFY(!mainTexts(*shell).contains("User Programs"));
     writeTree(m, {"Late.lnk"});
-    shell.refreshClicked();
-    QCOMPARE(mainTexts(shell).mid(4), QStringList({"Load Driver", "Turn Off Computer", "User Programs"}));
-    QCOMPARE(treeOf(shell.userMenu), QString("Late"));
+    shell->refreshClicked();
+    QCOMPARE(mainTexts(*shell).mid(4), QStringList({"Load Driver", "Turn Off Computer", "User Programs"}));
+    QCOMPARE(treeOf(shell->userMenu), QString("Late"));
 
     // The file goes: the menu empties but stays in place; the folder goes: it stands as it was.
     QVERIFY(QFile::remove(m.folder() + "/" + programs + "Late.lnk"));
-    shell.refreshClicked();
-    QVERIFY(shell.userMenu->actions().isEmpty());
-    QVERIFY(mainTexts(shell).contains("User Programs"));
+    shell->refreshClicked();
+    QVERIFY(shell->userMenu->actions().isEmpty());
+    QVERIFY(mainTexts(*shell).contains("User Programs"));
     writeTree(m, {"Back.lnk"});
-    shell.refreshClicked();
+    shell->refreshClicked();
     QVERIFY(QDir(m.folder() + "/" + programs).removeRecursively());
-    shell.refreshClicked();
-    QCOMPARE(treeOf(shell.userMenu), QString("Back"));
+    shell->refreshClicked();
+    QCOMPARE(treeOf(shell->userMenu), QString("Back"));
 }
 
 void UserMenuTest::entriesStartAndBearShellIcons()
 {
     TestMachine m;
     writeTree(m, {"Tool.lnk", "Tools/Viewer.exe"});
-    Shell s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    my_userAction *tool = entryNamed(shell.userMenu, "Tool");
+    auto shell = makeShell();
+    my_userAction *tool = entryNamed(shell->userMenu, "Tool");
     QVERIFY(tool);
     QCOMPARE(tool->id, -10);
     QCOMPARE(tool->path, startMenuPath + "Tool.lnk");
-    QCOMPARE(tool->ownerMenu, shell.userMenu);
+    QCOMPARE(tool->ownerMenu, shell->userMenu);
     QCOMPARE(tool->font().family(), QString("Tahoma"));
     // The shell's icon for the name, not the toolkit's; folders take the toolkit's own.
     QCOMPARE(tool->icon().pixmap(32, 32).toImage(),
              QPixmap::fromImage(m.sim->shellIcon(startMenuPath + "Tool.lnk")).toImage());
-    QMenu *tools = shell.userMenu->actions().at(1)->menu();
+    QMenu *tools = shell->userMenu->actions().at(1)->menu();
     my_userAction *viewer = entryNamed(tools, "Viewer.exe");
     QCOMPARE(viewer->ownerMenu, tools);
     QVERIFY(viewer->icon().pixmap(32, 32).toImage() != tool->icon().pixmap(32, 32).toImage());
@@ -234,8 +219,8 @@ void UserMenuTest::entriesStartAndBearShellIcons()
 
     // An icon that cannot be had leaves the entry without one.
     m.write("machine.ini", "[shell]\nicons=0\n");
-    shell.refreshClicked();
-    QVERIFY(entryNamed(shell.userMenu, "Tool")->icon().isNull());
+    shell->refreshClicked();
+    QVERIFY(entryNamed(shell->userMenu, "Tool")->icon().isNull());
 }
 
 void UserMenuTest::badTrees()
@@ -250,11 +235,9 @@ void UserMenuTest::badTrees()
     QVERIFY(QFile::link(m.folder() + "/" + programs, m.folder() + "/" + programs + "d0/loop"));
     // Names the local code page lacks.
     writeTree(m, {QString::fromUtf8("Редактор \xe2\x9c\x93.lnk")});
-    Shell s;
-    my_shell1 shell;
-    shell.initTimer->stop();
+    auto shell = makeShell();
 
-    QMenu *menu = shell.userMenu;
+    QMenu *menu = shell->userMenu;
     int depth = 0;
     while (true) {
         QAction *folder = nullptr;
@@ -268,33 +251,31 @@ void UserMenuTest::badTrees()
     }
     QCOMPARE(depth, 100);
     QCOMPARE(treeOf(menu), QString("bottom"));
-    QVERIFY(treeOf(shell.userMenu->actions().at(0)->menu()).endsWith("loop"));
-    QCOMPARE(shell.userMenu->actions().last()->text(), QString::fromUtf8("Редактор \xe2\x9c\x93"));
+    QVERIFY(treeOf(shell->userMenu->actions().at(0)->menu()).endsWith("loop"));
+    QCOMPARE(shell->userMenu->actions().last()->text(), QString::fromUtf8("Редактор \xe2\x9c\x93"));
 }
 
 void UserMenuTest::removeButtonFollowsHover()
 {
     TestMachine m;
     writeTree(m, {"a.lnk", "b.lnk"});
-    Shell s;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    QToolButton *button = shell.desktop->removeButton;
-    QTimer *timer = shell.desktop->removeTimer;
+    auto shell = makeShell();
+    QToolButton *button = shell->desktop->removeButton;
+    QTimer *timer = shell->desktop->removeTimer;
 
-    shell.userMenu->popup(QPoint(200, 100));
-    QVERIFY(QTest::qWaitForWindowExposed(shell.userMenu));
-    my_userAction *b = entryNamed(shell.userMenu, "b");
+    shell->userMenu->popup(QPoint(200, 100));
+    QVERIFY(QTest::qWaitForWindowExposed(shell->userMenu));
+    my_userAction *b = entryNamed(shell->userMenu, "b");
     timer->start(200);
     b->hover();
-    const QRect r = shell.userMenu->actionGeometry(b);
-    QCOMPARE(button->pos(), QPoint(shell.userMenu->x() + r.width() + r.x(), shell.userMenu->y() + r.y()));
+    const QRect r = shell->userMenu->actionGeometry(b);
+    QCOMPARE(button->pos(), QPoint(shell->userMenu->x() + r.width() + r.x(), shell->userMenu->y() + r.y()));
     QVERIFY(button->isVisible());
     QVERIFY(!timer->isActive());
     QCOMPARE(selectedUserAction, b);
 
     // Closing the menu starts the 200 ms timer; its timeout hides the button.
-    shell.userMenu->close();
+    shell->userMenu->close();
     QVERIFY(timer->isActive());
     QCOMPARE(timer->interval(), 200);
     QVERIFY(QMetaObject::invokeMethod(timer, "timeout"));
@@ -327,18 +308,16 @@ void UserMenuTest::remove()
     TestMachine m;
     writeTree(m, {"Tools/App.lnk", "Keep.lnk"});
     m.write(savedPrograms + "Tools/App.lnk", "saved");
-    Shell s;
     savedVolumeLetter = letter;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    QMenu *tools = shell.userMenu->actions().at(1)->menu();
+    auto shell = makeShell();
+    QMenu *tools = shell->userMenu->actions().at(1)->menu();
     tools->popup(QPoint(100, 100));
     entryNamed(tools, "App")->hover();
     tools->close();
 
     Box box;
     answerBox(&box, QMessageBox::StandardButton(answer));
-    emit shell.desktop->userProgram_Remove();
+    emit shell->desktop->userProgram_Remove();
     QVERIFY(box.shown);
     QCOMPARE(box.title, QString("Confirmation"));
     QCOMPARE(box.text, QString("Do you want to remove user menu item:\nApp?"));
@@ -349,7 +328,7 @@ void UserMenuTest::remove()
     QCOMPARE(!QFile::exists(m.folder() + "/" + savedPrograms + "Tools/App.lnk"), twinGone);
     QVERIFY(QFile::exists(m.folder() + "/" + programs + "Keep.lnk"));
     // A removal refreshes the menu: the emptied folder is gone from it.
-    QCOMPARE(treeOf(shell.userMenu), QString(fileGone ? "Keep" : "Keep, Tools[App]"));
+    QCOMPARE(treeOf(shell->userMenu), QString(fileGone ? "Keep" : "Keep, Tools[App]"));
 }
 
 void UserMenuTest::staleButtonDoesNothing()
@@ -357,33 +336,31 @@ void UserMenuTest::staleButtonDoesNothing()
     TestMachine m;
     writeTree(m, {"App.lnk"});
     m.write(savedPrograms + "App.lnk", "saved");
-    Shell s;
     savedVolumeLetter = "E";
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.userMenu->popup(QPoint(100, 100));
-    entryNamed(shell.userMenu, "App")->hover();
-    shell.userMenu->close();
-    shell.refreshClicked();
+    auto shell = makeShell();
+    shell->userMenu->popup(QPoint(100, 100));
+    entryNamed(shell->userMenu, "App")->hover();
+    shell->userMenu->close();
+    shell->refreshClicked();
     QVERIFY(!selectedUserAction);
 
     Box box;
     answerBox(&box, QMessageBox::Yes);
-    emit shell.desktop->userProgram_Remove();
+    emit shell->desktop->userProgram_Remove();
     QVERIFY(!box.shown);
     QVERIFY(QFile::exists(m.folder() + "/" + programs + "App.lnk"));
     QVERIFY(QFile::exists(m.folder() + "/" + savedPrograms + "App.lnk"));
     QApplication::processEvents();   // the unanswered box watcher runs and finds nothing
 
     // The file gone before the click: no refresh, but the twin still goes.
-    shell.userMenu->popup(QPoint(100, 100));
-    entryNamed(shell.userMenu, "App")->hover();
+    shell->userMenu->popup(QPoint(100, 100));
+    entryNamed(shell->userMenu, "App")->hover();
     QVERIFY(QFile::remove(m.folder() + "/" + programs + "App.lnk"));
     answerBox(&box, QMessageBox::Yes);
-    emit shell.desktop->userProgram_Remove();
+    emit shell->desktop->userProgram_Remove();
     QVERIFY(box.shown);
     QVERIFY(!QFile::exists(m.folder() + "/" + savedPrograms + "App.lnk"));
-    QCOMPARE(treeOf(shell.userMenu), QString("App"));
+    QCOMPARE(treeOf(shell->userMenu), QString("App"));
 }
 
 void UserMenuTest::littleMenuIsBuiltAndUnused()

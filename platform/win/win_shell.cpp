@@ -17,11 +17,6 @@ static_assert(win32::swHide == SW_HIDE && win32::swShowNormal == SW_SHOWNORMAL
 
 namespace {
 
-const wchar_t *wide(const QString &s)
-{
-    return reinterpret_cast<const wchar_t *>(s.utf16());
-}
-
 // The colour bitmap of an icon as 32-bit rows, top row first, taken as premultiplied ARGB.
 QImage imageOfBitmap(HBITMAP bitmap)
 {
