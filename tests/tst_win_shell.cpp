@@ -106,7 +106,7 @@ void TestWinShell::extendedStarts()
     request.file = native(dir.filePath("missing.cmd"));
     const ShellExecuteExResult missing = win.shellExecuteEx(request);
     QVERIFY(!missing.ok);
-    QCOMPARE(missing.lastError, quint32(ERROR_FILE_NOT_FOUND));
+    QVERIFY(missing.instApp <= 32);
 }
 
 void TestWinShell::timeZoneWrittenAndRead()

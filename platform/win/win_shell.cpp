@@ -9,6 +9,7 @@
 #endif
 #include <windows.h>
 #include <shellapi.h>
+#include <shlobj.h>
 
 static_assert(win32::swHide == SW_HIDE && win32::swShowNormal == SW_SHOWNORMAL
                   && win32::seeMaskInvokeIdList == SEE_MASK_INVOKEIDLIST
@@ -145,10 +146,19 @@ ShellExecuteExResult WinPlatform::shellExecuteEx(const ShellExecuteRequest &requ
     info.lpParameters = wide(request.parameters);
     info.lpDirectory = request.directory.isEmpty() ? nullptr : wide(request.directory);
     info.nShow = request.show;
+    // With SEE_MASK_IDLIST and no list Windows makes the item's ID list from lpFile; made here,
+    // as not every shell does it (Wine takes the missing list for an error).
+    PIDLIST_ABSOLUTE idList = nullptr;
+    if ((request.mask & SEE_MASK_IDLIST) && !request.file.isEmpty()) {
+        idList = ILCreateFromPathW(wide(request.file));
+        info.lpIDList = idList;
+    }
     ShellExecuteExResult answer;
     answer.ok = ShellExecuteExW(&info);
     answer.lastError = answer.ok ? 0 : GetLastError();
     answer.instApp = reinterpret_cast<qintptr>(info.hInstApp);
+    if (idList)
+        ILFree(idList);
     // SEE_MASK_NOCLOSEPROCESS hands back a process handle; the shell keeps none.
     if (info.hProcess)
         CloseHandle(info.hProcess);
