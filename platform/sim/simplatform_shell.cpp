@@ -258,18 +258,6 @@ QImage drawIcon(const QString &kind, bool shortcut)
     return image;
 }
 
-bool yes(const QString &text, bool fallback)
-{
-    const QString t = text.trimmed().toLower();
-    if (t == QLatin1String("0") || t == QLatin1String("no") || t == QLatin1String("false")
-        || t == QLatin1String("off"))
-        return false;
-    if (t == QLatin1String("1") || t == QLatin1String("yes") || t == QLatin1String("true")
-        || t == QLatin1String("on"))
-        return true;
-    return fallback;
-}
-
 // --- the clock and the zone as text in machine.ini ---
 
 const QString kTimeFormat = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
@@ -352,7 +340,7 @@ QImage SimPlatform::shellIcon(const QString &path)
 {
     // By name and the attributes the caller gives (none): the file is never looked at, so a
     // folder is a file without an extension and a missing path still has its kind.
-    if (path.isEmpty() || !yes(currentFacts().value(QStringLiteral("shell"), QStringLiteral("icons")), true))
+    if (path.isEmpty() || !currentFacts().flag(QStringLiteral("shell"), QStringLiteral("icons"), true))
         return QImage();
     const QString name = lastComponent(path);
     if (!name.endsWith(QLatin1String(".lnk"), Qt::CaseInsensitive))
