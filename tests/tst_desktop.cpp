@@ -466,7 +466,7 @@ void TestDesktop::buttonsBearShellIcons()
     QCOMPARE(icon, QPixmap::fromImage(m.sim->shellIcon(desktopPath + "Tool.lnk")).toImage());
 
     // No icon to be had: the button shows its text alone.
-    m.write("machine.ini", "[shell]\nicons=0\n");
+    m.facts("shell", "icons=0");
     d.lay();
     QVERIFY(d.desktopButtons.at(0)->icon().isNull());
     QCOMPARE(visibleTexts(d), QStringList({"Tool", "Tools"}));

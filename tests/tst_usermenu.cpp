@@ -218,7 +218,7 @@ void UserMenuTest::entriesStartAndBearShellIcons()
     QVERIFY(box.text.contains("The specified file was not found."));
 
     // An icon that cannot be had leaves the entry without one.
-    m.write("machine.ini", "[shell]\nicons=0\n");
+    m.facts("shell", "icons=0");
     shell->refreshClicked();
     QVERIFY(entryNamed(shell->userMenu, "Tool")->icon().isNull());
 }

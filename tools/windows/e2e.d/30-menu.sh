@@ -30,7 +30,32 @@ booted_menu() {
     check user-programs-shown menu_entry_shows 4 user-programs
     check run-box-from-menu menu_entry_starts 3 'kelpie\\runtask\.exe$' ''
     check load-driver-from-menu menu_entry_starts 2 'kelpie\\installdriver\.exe$' ''
+    check user-menu-remove removes_memory_test
 }
+
+# The pointer rests on "Memory Test" of User Programs: the remove button stands just right of
+# it; a click there closes the menu and reaches the button, and "Yes" deletes the shortcut.
+removes_memory_test() {
+    local file="$X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Memory Test.lnk"
+    [ -f "$file" ] || return 1
+    menu_walk_up 4 || return 1
+    xdotool key Right
+    sleep 1
+    pointer 245 626
+    sleep 1
+    shot remove-button
+    # A quick click, as a hand makes it: the press that closes the menu is passed on to the
+    # button, and the release must come before the 200 ms timer hides it.
+    xdotool mousemove 341 626 mousedown 1
+    sleep 0.08
+    xdotool mouseup 1
+    wait_for 10 confirmation_up || { click 600 420; return 1; }
+    shot remove-question
+    send keys return
+    wait_for 10 [ ! -e "$file" ]
+}
+
+confirmation_up() { [ -n "$(window_rect Confirmation)" ]; }
 
 pxe_logged() {
     grep -qa $'^PXE Kelpie_Scripts exist\r$' "$X/init.log" && grep -qa $'^PXE script exist\r$' "$X/init.log"
