@@ -31,11 +31,6 @@ const int buttonHeight = 60;
 // A column ends once the next row would come within this of the lower edge.
 const int columnReserve = 220;
 
-bool isDesktopIni(const QString &name)
-{
-    return name.toLower() == QLatin1String("desktop.ini");
-}
-
 } // namespace
 
 dektopWidget::dektopWidget(QWidget *parent)

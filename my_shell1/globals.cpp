@@ -41,6 +41,11 @@ QString savedTwin(const QString &savedFolder, const QString &path)
     return savedVolumeLetter + QStringLiteral(":/") + savedFolder + path.mid(2);
 }
 
+bool isDesktopIni(const QString &fileName)
+{
+    return fileName.toLower() == QLatin1String("desktop.ini");
+}
+
 QFont &menuFont()
 {
     static QFont font(QStringLiteral("Tahoma"), 11);

@@ -23,11 +23,6 @@ namespace {
 // Deeper than any start menu a medium carries; only a loop the chain check misses gets here.
 const int deepestFolder = 256;
 
-bool isDesktopIni(const QFileInfo &info)
-{
-    return info.fileName().toLower() == QLatin1String("desktop.ini");
-}
-
 // Files and folders mixed, by name ignoring case, hidden and system ones too.
 QFileInfoList listFolder(const QString &drivePath)
 {
@@ -58,7 +53,7 @@ bool hasFiles(const QString &path, QStringList *chain)
     chain->append(folderKey(self));
     bool found = false;
     for (const QFileInfo &info : listFolder(folder)) {
-        if (isDesktopIni(info))
+        if (isDesktopIni(info.fileName()))
             continue;
         if (isProgram(info) || (info.isDir() && hasFiles(sys().drivePath(info.absoluteFilePath()), chain))) {
             found = true;
@@ -87,7 +82,7 @@ void my_shell1::refreshClicked()
     const QFileInfoList entries = listFolder(startMenuPath);
     bool any = false;
     for (const QFileInfo &info : entries)
-        any = any || !isDesktopIni(info);
+        any = any || !isDesktopIni(info.fileName());
 
     if (userMenu)
         userMenu->clear();
@@ -112,7 +107,7 @@ void my_shell1::refreshClicked()
 
     userFolderChain = QStringList{folderKey(QFileInfo(dir.absolutePath()))};
     for (const QFileInfo &info : entries) {
-        if (isDesktopIni(info))
+        if (isDesktopIni(info.fileName()))
             continue;
         // The medium's own power entries stay out of the top level.
         if (info.fileName().toLower().contains(QLatin1String("power")))
@@ -165,7 +160,7 @@ void my_shell1::addUserFolder(const QFileInfo &info, QMenu *parentMenu)
 
     userFolderChain.append(key);
     for (const QFileInfo &inner : listFolder(sys().drivePath(info.absoluteFilePath()) + QLatin1Char('/'))) {
-        if (isDesktopIni(inner))
+        if (isDesktopIni(inner.fileName()))
             continue;
         if (isProgram(inner))
             addUserProgram(inner, menu);
