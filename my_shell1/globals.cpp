@@ -46,6 +46,13 @@ bool isDesktopIni(const QString &fileName)
     return fileName.toLower() == QLatin1String("desktop.ini");
 }
 
+void storeProductFacts()
+{
+    productNumber = 14;
+    productVersion = QStringLiteral("14.0.1");
+    productCode = 0;
+}
+
 QFont &menuFont()
 {
     static QFont font(QStringLiteral("Tahoma"), 11);

@@ -52,6 +52,8 @@ public:
     void beginMapNetwork();
     // The network step of the slow tick: keeps the adapter buttons and their reports up to date.
     void networkStep();
+    // Makes the adapter buttons once the first ticks have passed and adapters are known.
+    void updateNetworkButtons();
     // A native message, from nativeEvent or from another road of the platform. True when the
     // message is taken (hot key 1), false when it goes on to the base class.
     bool handleNativeMessage(const NativeMessage &message);

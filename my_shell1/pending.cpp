@@ -5,12 +5,6 @@
 
 #include <QCloseEvent>
 
-// Network
-void my_shell1::networkStep() {}
-
-// Network bring-up
-void my_shell1::checkStaticIP() {}
-void my_shell1::checkMapNetwork() {}
 
 // System actions. Until turn off lands, a close is refused unless a shut-down was accepted, so a
 // stray close cannot take the technician's shell away.

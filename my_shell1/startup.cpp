@@ -6,6 +6,7 @@
 #include "platform/platform.h"
 #include "launcher/shellconfig.h"
 #include "look/stylesheets.h"
+#include "network/netcondition.h"
 #include "settings/savedvolume.h"
 
 #include <QApplication>
@@ -52,9 +53,7 @@ void applyApplicationLook(QApplication &app)
 {
     app.setStyleSheet(toolTipStyleSheet());
     menuStyle = menuStyleSheet();
-    productNumber = 14;
-    productVersion = QStringLiteral("14.0.1");
-    productCode = 0;
+    storeProductFacts();
 }
 
 bool readWinPeMode()
@@ -115,12 +114,9 @@ void passImageLanguage(int language)
 
 void readBootLetter()
 {
-    QStringList lines;
-    linefile::readLines(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")), &lines);
-    for (const QString &line : qAsConst(lines)) {
-        if (line.startsWith(QLatin1String("bootLetter=")))
-            bootLetter = line.mid(11);
-    }
+    NetworkCondition start;
+    readStartNetwork(start);
+    bootLetter = start.bootLetter;
 }
 
 void restoreSavedFolders()

@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
-#include <QSaveFile>
 #include <QTemporaryDir>
 
 class TestMachine {
@@ -38,10 +37,11 @@ public:
     // Writes a file of the machine folder ("machine.ini", "registry.reg", "drives/X/a.txt").
     void write(const QString &relative, const QByteArray &content)
     {
+        // A plain file: on Windows the toolkit's save file takes a new ".lnk" for a link to follow.
         const QString path = dir.path() + QLatin1Char('/') + relative;
-        QSaveFile f(path);
-        if (!QDir().mkpath(QFileInfo(path).absolutePath()) || !f.open(QIODevice::WriteOnly)
-            || f.write(content) != content.size() || !f.commit())
+        QFile f(path);
+        if (!QDir().mkpath(QFileInfo(path).absolutePath()) || !f.open(QIODevice::WriteOnly | QIODevice::Truncate)
+            || f.write(content) != content.size() || !f.flush())
             qFatal("TestMachine: cannot write %s", qPrintable(path));
     }
     QByteArray read(const QString &relative) const
@@ -129,6 +129,45 @@ public:
         f.close();
         sim->pollInbox();
     }
+
+    // --- network (docs/machine.md, Network) ---
+    // One NET adapter seen by all three roads: device <n> of the walk, its class subkey, its
+    // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section
+    // holding ipHelper; the hardware id is "PCI\VEN_FFFE&DEV_<n>" unless given. Returns its
+    // interface GUID. Both files are written again at once.
+    QString addAdapter(int n, const QByteArray &description, const QByteArray &ipHelper = {},
+                       QByteArray hw = {})
+    {
+        const QByteArray guid = adapterGuid(n);
+        if (hw.isEmpty())
+            hw = "PCI\\VEN_FFFE&DEV_" + QByteArray::number(n);
+        const QByteArray cls = "HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\";
+        const QByteArray netClass = "{4D36E972-E325-11CE-BFC1-08002BE10318}";
+        netIni += "[device." + QByteArray::number(n) + "]\nclass=Net\nclassGuid=" + netClass
+            + "\ndescription=" + description + "\nhardwareId=" + hw + "\n"
+            + "[adapter." + QByteArray::number(n) + "]\nname=" + guid + "\n" + ipHelper + "\n";
+        netReg += "[" + cls + "Control\\Class\\" + netClass + "\\" + QByteArray::number(n).rightJustified(4, '0')
+            + "]\n\"DeviceInstanceID\"=\"" + QByteArray(hw).replace("\\", "\\\\") + "\\\\4&1&0&" + QByteArray::number(n)
+            + "\"\n\"NetCfgInstanceId\"=\"" + guid + "\"\n\n"
+            + "[" + cls + "Services\\Tcpip\\Parameters\\Adapters\\" + guid + "]\n\n"
+            + "[" + cls + "Services\\Tcpip\\Parameters\\Interfaces\\" + guid + "]\n\n"
+            + "[" + cls + "Control\\Network\\" + netClass + "\\" + guid + "\\Connection]\n\"Name\"=\"Net "
+            + QByteArray::number(n) + "\"\n\n";
+        writeNetwork();
+        return QString::fromLatin1(guid);
+    }
+    static QByteArray adapterGuid(int n)
+    {
+        return "{6B1F0C2A-3D4E-4F51-9A7B-" + QByteArray::number(n).rightJustified(12, '0') + "}";
+    }
+    // machine.ini and registry.reg: what addAdapter gathered, then the extra text.
+    void writeNetwork(const QByteArray &extraIni = {}, const QByteArray &extraReg = {})
+    {
+        write(QStringLiteral("machine.ini"), netIni + extraIni);
+        write(QStringLiteral("registry.reg"), "Windows Registry Editor Version 5.00\n\n" + netReg + extraReg);
+    }
+    QByteArray netIni;
+    QByteArray netReg;
 
     QTemporaryDir dir;
     SimPlatform *sim = nullptr;

@@ -365,6 +365,8 @@ ShellExecuteExResult SimPlatform::shellExecuteEx(const ShellExecuteRequest &requ
     r.ok = answer.code > 32;
     r.instApp = answer.code;
     r.lastError = answer.lastError;
+    if (r.ok)
+        leaveBehind(request.file);
     return r;
 }
 

@@ -11,15 +11,18 @@
 #   KELPIE_E2E_TIMEOUT       seconds the shell may take to come up (default 120)
 #
 # A subsystem adds its part as tools/windows/e2e.d/<NN>-<name>.sh (sourced in name order; see
-# 10-shell.sh). It defines any of these functions, each called once, in this order over all parts:
+# 10-shell.sh). It defines any of these functions, each called once, phase by phase over all parts:
 #   prepare_<name>   before the boot: change the medium under $X and $E (host folders of x: and
-#                    e:), stand the probe in for a program with `probe_as 'X:\path\tool.exe'` (a
-#                    bare name such as wpeutil.exe goes to the system folder, where Windows finds
-#                    it), add registry lines to the import with `reg_line`.
-#   booted_<name>    the shell is up and its start menu has closed again; act (`click X Y`,
-#                    `pointer X Y`, `send ...`, `shot NAME`) and assert with `check <name> <command...>`
-#                    (`wait_for <seconds> <command...>` polls; `started <program regex> [<args regex>]`
-#                    reads the probe log).
+#                    e:). Every .exe of the medium is a probe already; `probe_as <path or bare
+#                    name>` adds one (a bare name such as wpeutil.exe goes to the system folder,
+#                    where the system finds it); a probe.ini beside it sets its exit code and wait.
+#                    A .cmd script of the medium runs in Wine's cmd.exe, so a script that writes
+#                    the log the shell reads is written as it stands. `reg_line` adds registry lines.
+#   booted_<name>    the panel is up; parts after 10-shell find the start menu closed again and the
+#                    start-up queue run. Act (`click X Y`, `pointer X Y`, `send ...` through the
+#                    sender, `shot NAME`) and assert with `check <name> <command...>`; `wait_for
+#                    <seconds> <command...>` polls, `started <program regex> [<args regex>]` reads
+#                    the probe log ($probe_log), `window_rect <title>` asks the system.
 #   finish_<name>    after every booted_ step: may turn the shell off, `stop_shell`, and `boot` again.
 set -euo pipefail
 
@@ -198,15 +201,14 @@ close_start_menu() {
 
 # --- the stage ---
 
-display=99
-while [ -e "/tmp/.X$display-lock" ] || [ -e "/tmp/.X11-unix/X$display" ]; do
-    display=$((display + 1))
-done
-Xvfb ":$display" -screen 0 1024x768x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+# A display of our own: the server takes the first free number and tells it, so that runs side
+# by side never share a screen.
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
 xvfb_pid=$!
-export DISPLAY=:$display
-wait_for 10 xdpyinfo >/dev/null 2>&1 \
+wait_for 10 test -s "$work/display" \
     || { say "Xvfb did not start" >&2; cat "$work/xvfb.log" >&2; exit 1; }
+DISPLAY=:$(head -n1 "$work/display")
+export DISPLAY
 
 say "creating Wine prefix on $DISPLAY"
 wineboot -i >/dev/null 2>&1

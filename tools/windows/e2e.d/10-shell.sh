@@ -31,6 +31,7 @@ booted_shell() {
 
     check launcher-click launcher_starts 0 'tools\\filebrowser\.exe$' ''
     check launcher-click-arguments launcher_starts 2 'kelpie\\zembra\.exe$' '-menu'
+    check tool-buttons-click tool_buttons_start
     pointer 600 420
 
     check refresh-message refresh_shows_new_shortcut
@@ -88,6 +89,20 @@ launcher_starts() {
     before=$(started_count "$program" "$args")
     click $((110 + 38 * $1 + 12)) $((panel_top + 35 + 12))
     wait_for 10 started_beyond "$before" "$program" "$args"
+}
+
+# The five tool buttons of fixedB1= to fixedB5=, 30 pixels apart on the first row of the status
+# block, where the layout puts them on a screen 1024 wide.
+tool_buttons_start() {
+    local i=0 program before
+    for program in 'tools\\timeeditor\.exe$' 'kelpie\\displayres\.exe$' 'system32\\taskmgr\.exe$' \
+        'tools\\filebrowser\.exe$' 'tools\\screenshot\.exe$'; do
+        before=$(started_count "$program" '')
+        click $((789 + 30 * i)) $((panel_top + 11))
+        wait_for 10 started_beyond "$before" "$program" '' \
+            || { say "  fixedB$((i + 1)) did not start $program"; return 1; }
+        i=$((i + 1))
+    done
 }
 
 key_starts() {
