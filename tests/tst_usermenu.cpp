@@ -3,6 +3,7 @@
 
 #include "testmachine.h"
 #include "testmain.h"
+#include "platform/sim/simshared.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/my_action.h"
@@ -18,6 +19,12 @@
 #include <QToolButton>
 
 namespace {
+
+// The file itself: on Windows the toolkit calls a shortcut absent when its target is.
+bool onDisk(const QString &path)
+{
+    return sim::present(QFileInfo(path));
+}
 
 const QString programs =
     QStringLiteral("drives/X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
@@ -324,9 +331,9 @@ void UserMenuTest::remove()
     QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::No);
     QVERIFY(!box.hadParent);
 
-    QCOMPARE(!QFile::exists(m.folder() + "/" + programs + "Tools/App.lnk"), fileGone);
-    QCOMPARE(!QFile::exists(m.folder() + "/" + savedPrograms + "Tools/App.lnk"), twinGone);
-    QVERIFY(QFile::exists(m.folder() + "/" + programs + "Keep.lnk"));
+    QCOMPARE(!onDisk(m.folder() + "/" + programs + "Tools/App.lnk"), fileGone);
+    QCOMPARE(!onDisk(m.folder() + "/" + savedPrograms + "Tools/App.lnk"), twinGone);
+    QVERIFY(onDisk(m.folder() + "/" + programs + "Keep.lnk"));
     // A removal refreshes the menu: the emptied folder is gone from it.
     QCOMPARE(treeOf(shell->userMenu), QString(fileGone ? "Keep" : "Keep, Tools[App]"));
 }
@@ -348,8 +355,8 @@ void UserMenuTest::staleButtonDoesNothing()
     answerBox(&box, QMessageBox::Yes);
     emit shell->desktop->userProgram_Remove();
     QVERIFY(!box.shown);
-    QVERIFY(QFile::exists(m.folder() + "/" + programs + "App.lnk"));
-    QVERIFY(QFile::exists(m.folder() + "/" + savedPrograms + "App.lnk"));
+    QVERIFY(onDisk(m.folder() + "/" + programs + "App.lnk"));
+    QVERIFY(onDisk(m.folder() + "/" + savedPrograms + "App.lnk"));
     QApplication::processEvents();   // the unanswered box watcher runs and finds nothing
 
     // The file gone before the click: no refresh, but the twin still goes.
@@ -359,7 +366,7 @@ void UserMenuTest::staleButtonDoesNothing()
     answerBox(&box, QMessageBox::Yes);
     emit shell->desktop->userProgram_Remove();
     QVERIFY(box.shown);
-    QVERIFY(!QFile::exists(m.folder() + "/" + savedPrograms + "App.lnk"));
+    QVERIFY(!onDisk(m.folder() + "/" + savedPrograms + "App.lnk"));
     QCOMPARE(treeOf(shell->userMenu), QString("App"));
 }
 
