@@ -83,11 +83,7 @@ public:
     {
         m_registry[key].append(QStringLiteral("\"%1\"=dword:%2")
                                    .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0'))));
-        QByteArray text = "Windows Registry Editor Version 5.00\r\n";
-        for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
-            text += "\r\n[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
-                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n";
-        write(QStringLiteral("registry.reg"), text);
+        writeRegistry();
         return *this;
     }
 
@@ -95,10 +91,7 @@ public:
     TestMachine &facts(const QString &section, const QByteArray &lines)
     {
         m_sections[section] = lines;
-        QByteArray text;
-        for (auto s = m_sections.begin(); s != m_sections.end(); ++s)
-            text += '[' + s.key().toUtf8() + "]\n" + s.value() + '\n';
-        write(QStringLiteral("machine.ini"), text);
+        writeMachineIni();
         return *this;
     }
     // A volume: its drive folder and its [volume.L] facts ("label=STICK\nmediaType=removable").
@@ -160,11 +153,13 @@ public:
     {
         return "{6B1F0C2A-3D4E-4F51-9A7B-" + QByteArray::number(n).rightJustified(12, '0') + "}";
     }
-    // machine.ini and registry.reg: what addAdapter gathered, then the extra text.
+    // machine.ini and registry.reg: the facts above, what addAdapter gathered, then the extra text.
     void writeNetwork(const QByteArray &extraIni = {}, const QByteArray &extraReg = {})
     {
-        write(QStringLiteral("machine.ini"), netIni + extraIni);
-        write(QStringLiteral("registry.reg"), "Windows Registry Editor Version 5.00\n\n" + netReg + extraReg);
+        m_rawIni = netIni + extraIni;
+        m_rawRegistry = netReg + extraReg;
+        writeMachineIni();
+        writeRegistry();
     }
     QByteArray netIni;
     QByteArray netReg;
@@ -173,6 +168,23 @@ public:
     SimPlatform *sim = nullptr;
 
 private:
+    void writeMachineIni()
+    {
+        QByteArray text;
+        for (auto s = m_sections.begin(); s != m_sections.end(); ++s)
+            text += '[' + s.key().toUtf8() + "]\n" + s.value() + '\n';
+        write(QStringLiteral("machine.ini"), text + m_rawIni);
+    }
+    void writeRegistry()
+    {
+        QByteArray text = "Windows Registry Editor Version 5.00\r\n\r\n";
+        for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
+            text += "[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
+                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n\r\n";
+        write(QStringLiteral("registry.reg"), text + m_rawRegistry);
+    }
+
     QMap<QString, QStringList> m_registry;
     QMap<QString, QByteArray> m_sections;
+    QByteArray m_rawIni, m_rawRegistry;   // the network block's own text
 };
