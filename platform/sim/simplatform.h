@@ -58,6 +58,18 @@ public:
     quint32 logicalDrives() override;
     bool volumeReady(QChar letter) override;
     DeviceNumberAnswer deviceNumber(QChar letter) override;
+    bool volumeOpens(const QString &volumeName) override;
+    DeviceNumberAnswer volumeDeviceNumber(const QString &volumeName) override;
+    PhysicalDriveAnswer physicalDrive(quint32 number) override;
+    StorageDescriptorAnswer storageDescriptor(const QString &volumeName) override;
+    VolumeSpace volumeSpace(QChar letter) override;
+    bool saveFile(const QString &path, const QByteArray &content) override;
+    bool makeFolder(const QString &path) override;
+    bool removeFile(const QString &path) override;
+    void prepareShellLinks() override;
+    ShortcutAnswer readShortcut(const QString &path) override;
+    bool writeShortcut(const QString &path, const QString &target,
+                       const QString &workingDirectory) override;
     ShellResult shellExecute(const QString &verb, const QString &file, const QString &parameters,
                              int show) override;
     MemoryStatus memoryStatus() override;
@@ -106,6 +118,11 @@ private:
     // The entry of folder named name, or else the first in name order that matches ignoring case.
     QString entryIgnoringCase(const QString &folder, const QString &name) const;
     void deliverInboxLine(const QString &line);
+    // The drive a drive path lies on (the working directory's for a path without a letter).
+    QChar driveOf(const QString &path) const;
+    // Whether the shell may write `growth` more bytes on the drive of path; counts them if so.
+    bool writable(const QString &path, qint64 growth);
+    qint64 freeBytes(QChar letter) const;
     void startInboxTimer();
 
     QString m_root;            // absolute, clean
@@ -130,6 +147,10 @@ private:
     mutable QHash<QString, Listing> m_listings;
 
     QStringList m_journal;
+
+    // Bytes the shell has written on each drive since machine.ini was last read.
+    mutable QHash<QChar, qint64> m_consumed;
+    mutable FileStamp m_consumedStamp;
 
     QHash<int, QPair<quint32, quint32>> m_hotKeys;   // id -> (modifiers, vk)
     std::function<bool(const KeyHookEvent &)> m_hook;
