@@ -5,6 +5,7 @@
 #include "launcher/appstart.h"
 #include "my_shell1/globals.h"
 #include "platform/platform.h"
+#include "settings/savedvolume.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -267,11 +268,7 @@ void dektopWidget::removeShortCut(QString path)
         rebuildDesktop();
 
     // The saved copy on the settings medium goes too, even when the file itself stayed.
-    // Without a saved volume there is no copy to reach.
-    if (savedVolumeLetter.isEmpty())
-        return;
-    const QString saved = savedVolumeLetter + QStringLiteral(":/Desktop.1") + path.mid(2);
-    QFile::remove(sys().hostPath(saved));
+    removeSavedTwin(path, QStringLiteral("Desktop.1"));
 }
 
 void dektopWidget::refresh_Slot()

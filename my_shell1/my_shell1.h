@@ -42,6 +42,9 @@ public:
     void beginMapNetwork();
     // The network step of the slow tick: keeps the adapter buttons and their reports up to date.
     void networkStep();
+    // At turn off: compares the system with the condition logs and the network with its state at
+    // start, and runs the Save dialog when anything was added or changed.
+    void askToSaveChanges();
     // A native message, from nativeEvent or from another road of the platform. True when the
     // message is taken (hot key 1), false when it goes on to the base class.
     bool handleNativeMessage(const NativeMessage &message);
@@ -113,6 +116,8 @@ private:
     void setupLocale();
     // The three hot keys and the keyboard hook, in Windows PE only.
     void registerKeys();
+    // The status report of the first adapter the network subsystem knows; false without one.
+    bool firstAdapterReport(QString *report) const;
 
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.

@@ -3,8 +3,6 @@
 
 #include "my_shell1.h"
 
-#include <QCloseEvent>
-
 // User programs menu
 void my_shell1::refreshClicked() {}
 void my_shell1::userProgram_Cliked() {}
@@ -20,16 +18,7 @@ void my_shell1::networkStep() {}
 void my_shell1::checkStaticIP() {}
 void my_shell1::checkMapNetwork() {}
 
-// System actions. Until turn off lands, a close is refused unless a shut-down was accepted, so a
-// stray close cannot take the technician's shell away.
-void my_shell1::closeEvent(QCloseEvent *event)
-{
-    if (shuttingDown)
-        event->accept();
-    else
-        event->ignore();
-}
-void my_shell1::shutDown() {}
+// System actions
 void my_shell1::startRegScript() {}
 void my_shell1::loadDriver() {}
 void my_shell1::loadDriver_new(QString) {}
