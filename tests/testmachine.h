@@ -1,6 +1,7 @@
 #pragma once
 // A simulated machine in a temporary folder, installed as the process's platform for one test.
 
+#include "platform/shelllink/shelllink.h"
 #include "platform/sim/simplatform.h"
 
 #include <QDir>
@@ -45,6 +46,35 @@ public:
         f.close();
         sim->pollInbox();
     }
+
+    // --- saved settings: volumes and shortcuts ---
+    // A section [volume.<letter>] of machine.ini from "key=value" lines, and the drive's folder.
+    void addVolume(QChar letter, const QStringList &keys)
+    {
+        addDrive(letter);
+        volumeSections += QStringLiteral("[volume.%1]\n").arg(letter) + keys.join(QLatin1Char('\n')) + QLatin1Char('\n');
+        writeOrDie(QStringLiteral("machine.ini"), volumeSections.toUtf8());
+    }
+    // A USB stick: removable media on its own disk, with a vendor and a product.
+    void addStick(QChar letter, int disk, const QStringList &more = QStringList())
+    {
+        addVolume(letter, QStringList{QStringLiteral("label=KELPIE"), QStringLiteral("mediaType=removable"),
+                                      QStringLiteral("vendor=ACME"), QStringLiteral("product=FLASH"),
+                                      QStringLiteral("disk=%1").arg(disk)}
+                              + more);
+    }
+    // A real shortcut file at a path of the machine folder ("drives/X/.../a.lnk").
+    void addShortcut(const QString &relative, const QString &target, const QString &workingDirectory = QString())
+    {
+        writeOrDie(relative, shelllink::write(shelllink::make(target, workingDirectory)));
+    }
+    void writeOrDie(const QString &relative, const QByteArray &content)
+    {
+        write(relative, content);
+        if (read(relative) != content)
+            qFatal("TestMachine: cannot write %s", qPrintable(relative));
+    }
+    QString volumeSections;
 
     QTemporaryDir dir;
     SimPlatform *sim = nullptr;

@@ -109,8 +109,9 @@ DeviceNumberAnswer SimPlatform::volumeDeviceNumber(const QString &volumeName)
 PhysicalDriveAnswer SimPlatform::physicalDrive(quint32 number)
 {
     PhysicalDriveAnswer a;
-    const SimMachineFacts &f = currentFacts();
-    for (auto it = f.volumes.constBegin(); it != f.volumes.constEnd(); ++it) {
+    // A copy: looking at a drive folder may read machine.ini anew.
+    const QHash<QChar, SimVolume> volumes = currentFacts().volumes;
+    for (auto it = volumes.constBegin(); it != volumes.constEnd(); ++it) {
         const SimVolume &v = it.value();
         if (!v.present || !v.answersDeviceNumber || v.diskNumber != number
             || !QFileInfo(driveFolder(it.key())).isDir())
@@ -161,12 +162,14 @@ bool SimPlatform::saveFile(const QString &path, const QByteArray &content)
 {
     const QString host = hostPath(path);
     const QFileInfo before(host);
-    const qint64 growth = content.size() - (before.isFile() ? before.size() : 0);
-    if (before.isDir() || !writable(path, growth))
+    // The temporary file needs room for the whole content before the old file goes.
+    if (before.isDir() || !writable(path, content.size()))
         return false;
+    const qint64 growth = content.size() - (before.isFile() ? before.size() : 0);
+    m_consumed[driveOf(path)] += growth - content.size();
     QSaveFile file(host);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
-        m_consumed[driveOf(path)] -= qMax<qint64>(0, growth);
+        m_consumed[driveOf(path)] -= growth;
         return false;
     }
     appendJournal({QStringLiteral("write"), path, QString::number(content.size())});
@@ -189,8 +192,10 @@ bool SimPlatform::removeFile(const QString &path)
     if (!writable(path, 0))
         return false;
     const QString host = hostPath(path);
-    if (QFileInfo(host).isDir() || !QFile::remove(host))
+    const QFileInfo before(host);
+    if (before.isDir() || !QFile::remove(host))
         return false;
+    m_consumed[driveOf(path)] -= before.size();
     appendJournal({QStringLiteral("remove"), path});
     return true;
 }
