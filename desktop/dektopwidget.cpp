@@ -3,6 +3,8 @@
 
 #include "my_toolbutton.h"
 #include "launcher/appstart.h"
+#include "look/resources.h"
+#include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 #include "platform/platform.h"
 #include "settings/savedvolume.h"
@@ -45,11 +47,11 @@ dektopWidget::dektopWidget(QWidget *parent)
     ui->setupUi(this);
     waitPanel = ui->widget;
 
-    setStyleSheet(QStringLiteral("QWidget{background: #1273aa;}"));
+    setStyleSheet(desktopStyleSheet());
 
     removeButton = new QToolButton(this);
     removeButton->setGeometry(450, 150, 25, 25);
-    removeButton->setIcon(QIcon(QStringLiteral(":/my_shell1/Resources/cancel.png")));
+    removeButton->setIcon(QIcon(shellResource("cancel.png")));
     removeButton->setAutoRaise(true);
     // The word on this button has always been "Refresh"; users know it so.
     removeButton->setToolTip(tr("Refresh"));
@@ -59,9 +61,8 @@ dektopWidget::dektopWidget(QWidget *parent)
     removeTimer = new QTimer(this);
     connect(removeTimer, &QTimer::timeout, this, &dektopWidget::hideRemoveButton);
 
-    const QString white = QStringLiteral("color: #FFFFFF");
     for (QLabel *l : {ui->label, ui->label_2, ui->label_3, ui->label_4, ui->label_5})
-        l->setStyleSheet(white);
+        l->setStyleSheet(whiteTextStyleSheet());
 
     contextMenu = new QMenu(this);
     contextMenu->setStyleSheet(menuStyle);
@@ -82,7 +83,7 @@ dektopWidget::dektopWidget(QWidget *parent)
     desktopButtons.reserve(poolSize);
     for (int i = 0; i < poolSize; ++i) {
         my_ToolButton *b = new my_ToolButton(this);
-        b->setStyleSheet(QStringLiteral("QToolButton {color: #FFFFFF}"));
+        b->setStyleSheet(shortcutTextStyleSheet());
         b->hide();
         b->setIconSize(QSize(32, 32));
         b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
@@ -106,6 +107,9 @@ QToolButton *dektopWidget::toolButton() const { return ui->toolButton; }
 
 QSize dektopWidget::primaryScreenSize() const
 {
+    // The panel's screen, which a simulated display may make smaller than the toolkit's.
+    if (screenWidth > 0 && screenHeight > 0)
+        return QSize(screenWidth, screenHeight);
     const QScreen *screen = QGuiApplication::primaryScreen();
     return screen ? screen->size() : QSize();
 }

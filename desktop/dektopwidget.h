@@ -79,6 +79,7 @@ private slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    // Size of the primary screen; a seam so that tests can play other screens.
+    // Logical size of the primary screen, the one the panel took (screenWidth, screenHeight);
+    // the toolkit's before it was read. A seam so that tests can play other screens.
     virtual QSize primaryScreenSize() const;
 };

@@ -16,7 +16,7 @@ bool mediumStartEntry(const QString &program, const QString &args, bool removabl
     if (program.toLower().contains(QLatin1String("zembra")) && removable && diskNumber >= 0) {
         if (a.startsWith(QLatin1Char(' ')))
             a.remove(0, 1);
-        a = QStringLiteral("-xd=%1 %2").arg(diskNumber).arg(a);
+        a = QStringLiteral("-xd=%1 %2").arg(QString::number(diskNumber), a);
     }
     out->program = program;
     out->arguments = a;

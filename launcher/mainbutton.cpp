@@ -1,6 +1,7 @@
 #include "mainbutton.h"
 
 #include "my_shell1/globals.h"
+#include "look/resources.h"
 
 #include <QBitmap>
 #include <QMouseEvent>
@@ -14,15 +15,14 @@ mainButton::mainButton(QWidget *parent) : QWidget(parent)
     setMouseTracking(true);
     setCursor(Qt::PointingHandCursor);
 
-    const QString base = QStringLiteral(":/my_shell1/Resources/");
-    pixNormal.load(base + QStringLiteral("b_Normal.png"));
-    pixHover.load(base + QStringLiteral("b_Hover.png"));
-    pixPressed.load(base + QStringLiteral("b_Pressed.png"));
-    pixYellow1.load(base + QStringLiteral("b_Yellow1.png"));
-    pixYellow2.load(base + QStringLiteral("b_Yellow2.png"));
-    pixYellow3.load(base + QStringLiteral("b_Yellow3.png"));
-    pixYellow4.load(base + QStringLiteral("b_Yellow4.png"));
-    pixYellow5.load(base + QStringLiteral("b_Yellow5.png"));
+    pixNormal.load(shellResource("b_Normal.png"));
+    pixHover.load(shellResource("b_Hover.png"));
+    pixPressed.load(shellResource("b_Pressed.png"));
+    pixYellow1.load(shellResource("b_Yellow1.png"));
+    pixYellow2.load(shellResource("b_Yellow2.png"));
+    pixYellow3.load(shellResource("b_Yellow3.png"));
+    pixYellow4.load(shellResource("b_Yellow4.png"));
+    pixYellow5.load(shellResource("b_Yellow5.png"));
     // A picture without an alpha channel gives no mask; the button then stays square.
     if (!pixNormal.isNull()) {
         const QBitmap m = pixNormal.mask();

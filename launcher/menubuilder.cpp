@@ -5,22 +5,9 @@
 #include "launcher/mymenu.h"
 
 #include <QIcon>
-#include <QMetaObject>
-
-namespace {
-
-bool hasSlot(QObject *o, const char *signature)
-{
-    return o && o->metaObject()->indexOfSlot(signature) >= 0;
-}
-
-} // namespace
 
 void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
 {
-    const bool canStart = hasSlot(parts.owner, "startApp(int)");
-    const bool canClose = hasSlot(parts.owner, "closeMenu()");
-
     for (const MenuLine &m : pass.menu) {
         switch (m.kind) {
         case MenuLine::Separator:
@@ -30,8 +17,8 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
             auto *sub = new myMenu(parts.owner);
             sub->setStyleSheet(menuStyle);
             parts.subMenus->append(sub);
-            if (canClose)
-                QObject::connect(sub, SIGNAL(needCloseMenu()), parts.owner, SLOT(closeMenu()));
+            if (parts.closeMenu)
+                QObject::connect(sub, &myMenu::needCloseMenu, parts.owner, parts.closeMenu);
             auto *a = new my_Action(parts.owner);
             a->id = m.id;
             a->setText(m.text);
@@ -48,8 +35,8 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
             a->setIcon(QIcon(appstart::menuIconPath(m.icon)));
             a->setFont(menuFont());
             a->hint = m.hint;
-            if (canStart)
-                QObject::connect(a, SIGNAL(actionClicked(int)), parts.owner, SLOT(startApp(int)));
+            if (parts.startApp)
+                QObject::connect(a, &my_Action::actionClicked, parts.owner, parts.startApp);
             if (m.parentId == 0) {
                 parts.mainMenu->addAction(a);
                 parts.appList->append({a->id, m.path, m.params});

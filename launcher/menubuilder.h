@@ -1,10 +1,12 @@
 #pragma once
 // Turns the menu lines of data_shell.cfg into the sub-menus and entries of the main menu.
-// The owner (the panel) parents every object and receives startApp(int) and closeMenu().
+// The owner (the panel) parents every object; its startApp and closeMenu answer the entries.
 
 #include "launcher/shellconfig.h"
 
 #include <QList>
+
+#include <functional>
 
 class QMenu;
 class QWidget;
@@ -17,6 +19,8 @@ struct MainMenuParts {
     QList<my_Action *> *menuActions = nullptr;   // actions that carry a sub-menu
     QList<myMenu *> *subMenus = nullptr;
     QList<AppEntry> *appList = nullptr;
+    std::function<void(int)> startApp;   // an entry was clicked, with its id
+    std::function<void()> closeMenu;     // a sub-menu asks the main menu to close
 };
 
 void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts);

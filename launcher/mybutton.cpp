@@ -19,10 +19,6 @@ MyButton::MyButton(QWidget *parent, int x, int y, int id_, int sizeClass_,
     setPixmap(picNormal);
     move(posX, posY);
     setCursor(Qt::PointingHandCursor);
-    // The panel relays every button's enter and leave to all of them; by name, so that any
-    // parent with that signal will do.
-    if (parent && parent->metaObject()->indexOfSignal("button_is_active(int)") >= 0)
-        connect(parent, SIGNAL(button_is_active(int)), this, SLOT(near_button_is_active(int)));
 }
 
 QSize MyButton::lookSize(Look look) const

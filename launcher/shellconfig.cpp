@@ -116,7 +116,7 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
         m.text = f.at(1);
         m.icon = f.at(2);
         pass->menu.append(m);
-        NOTE(notes, lineNo, QStringLiteral("sub-menu %1 \"%2\"").arg(m.id).arg(m.text));
+        NOTE(notes, lineNo, QStringLiteral("sub-menu %1 \"%2\"").arg(QString::number(m.id), m.text));
     }
     if (line.contains(kSeparator)) {
         MenuLine m;
@@ -145,7 +145,8 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
     m.hint = f.at(6);
     pass->menu.append(m);
     NOTE(notes, lineNo, QStringLiteral("menu entry %1 \"%2\" under %3 starts \"%4\" \"%5\"")
-                            .arg(m.id).arg(m.text).arg(m.parentId).arg(m.path, m.params));
+                            .arg(QString::number(m.id), m.text, QString::number(m.parentId), m.path,
+                                 m.params));
 }
 
 void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pass,
@@ -169,7 +170,7 @@ void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pa
     b.path = f.at(4);
     b.params = f.at(5);
     pass->buttons.append(b);
-    NOTE(notes, lineNo, QStringLiteral("launcher button %1 starts \"%2\" \"%3\"").arg(b.id).arg(b.path, b.params));
+    NOTE(notes, lineNo, QStringLiteral("launcher button %1 starts \"%2\" \"%3\"").arg(QString::number(b.id), b.path, b.params));
 }
 
 void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<ConfigNote> *notes)
@@ -187,7 +188,7 @@ void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<Config
         line.remove(key);
         const QStringList f = splitFields(line);
         if (f.size() < 3) {
-            NOTE(notes, lineNo, QStringLiteral("%1 with %2 field(s), 3 needed: ignored").arg(key).arg(f.size()));
+            NOTE(notes, lineNo, QStringLiteral("%1 with %2 field(s), 3 needed: ignored").arg(key, QString::number(f.size())));
             return;
         }
         FixedButtonSetting &s = pass->buttons[i];
@@ -196,7 +197,7 @@ void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<Config
         s.icon = f.at(0);
         s.tip = f.at(1);
         s.command = f.at(2);
-        NOTE(notes, lineNo, QStringLiteral("fixed button %1 runs \"%2\"").arg(i + 1).arg(s.command));
+        NOTE(notes, lineNo, QStringLiteral("fixed button %1 runs \"%2\"").arg(QString::number(i + 1), s.command));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "aboutdlg.h"
 #include "ui_aboutdlg.h"
 
+#include "look/resources.h"
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 
@@ -15,7 +16,7 @@ aboutDlg::aboutDlg(QWidget *parent)
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
 
     // Cut the transparent parts of the background out of the window.
-    const QPixmap background(QStringLiteral(":/my_shell1/Resources/fonAbout.png"));
+    const QPixmap background(shellResource("fonAbout.png"));
     setMask(background.mask());
 
     // The form's texts for these two are placeholders; the medium's own values replace them.

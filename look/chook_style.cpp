@@ -1,5 +1,7 @@
 #include "chook_style.h"
 
+#include "resources.h"
+
 #include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
@@ -78,18 +80,18 @@ void picture_button_style::drawPrimitive(PrimitiveElement element, const QStyleO
 }
 
 chook_style::chook_style()
-    : picture_button_style(QStringLiteral(":/my_shell1/Resources/buttn_r_pressed.png"),
-                           QStringLiteral(":/my_shell1/Resources/buttn_r_hover.png"),
-                           QStringLiteral(":/my_shell1/Resources/buttn_r_normal.png"))
+    : picture_button_style(shellResource("buttn_r_pressed.png"),
+                           shellResource("buttn_r_hover.png"),
+                           shellResource("buttn_r_normal.png"))
 {
 }
 
 chook_style::~chook_style() = default;
 
 chook_style_off::chook_style_off()
-    : picture_button_style(QStringLiteral(":/my_shell1/Resources/buttn_t_pressed.png"),
-                           QStringLiteral(":/my_shell1/Resources/buttn_t_hover.png"),
-                           QStringLiteral(":/my_shell1/Resources/buttn_t_normal.png"))
+    : picture_button_style(shellResource("buttn_t_pressed.png"),
+                           shellResource("buttn_t_hover.png"),
+                           shellResource("buttn_t_normal.png"))
 {
 }
 

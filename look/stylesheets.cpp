@@ -1,5 +1,7 @@
 #include "stylesheets.h"
 
+#include "resources.h"
+
 QString toolTipStyleSheet()
 {
     return QStringLiteral(
@@ -34,12 +36,15 @@ QString shortcutTextStyleSheet()
 // The two button sheets differ only in the letter of their pictures.
 static QString pictureButtonStyleSheet(char letter)
 {
+    const QString picture = QStringLiteral("buttn_") + QLatin1Char(letter) + QStringLiteral("_%1.png");
     return QStringLiteral(
                "QPushButton{border: 0px solid #000105;border-radius: 6px;"
-               "background: url(:/my_shell1/Resources/buttn_%1_normal.png);}"
-               "QPushButton:hover {background: url(:/my_shell1/Resources/buttn_%1_hover.png);}"
-               "QPushButton:pressed {background: url(:/my_shell1/Resources/buttn_%1_pressed.png);}")
-        .arg(QLatin1Char(letter));
+               "background: url(%1);}"
+               "QPushButton:hover {background: url(%2);}"
+               "QPushButton:pressed {background: url(%3);}")
+        .arg(shellResource(picture.arg(QStringLiteral("normal"))),
+             shellResource(picture.arg(QStringLiteral("hover"))),
+             shellResource(picture.arg(QStringLiteral("pressed"))));
 }
 
 QString restartButtonStyleSheet()
@@ -52,12 +57,7 @@ QString turnOffButtonStyleSheet()
     return pictureButtonStyleSheet('t');
 }
 
-QString whitePrefix()
-{
-    return QStringLiteral("<p style=\"color:#FFFFFF\">");
-}
-
 QString whiteLargePrefix()
 {
-    return QStringLiteral("<p style=\"color:#FFFFFF\"><font size=4>");
+    return whitePrefix() + QStringLiteral("<font size=4>");
 }

@@ -18,7 +18,11 @@ QString shortcutTextStyleSheet();
 QString restartButtonStyleSheet();
 QString turnOffButtonStyleSheet();
 
-// Rich-text prefix that makes a label's text white on the dark panel: "<p style="color:#FFFFFF">".
-QString whitePrefix();
+// Rich-text prefix that makes a label's text white on the dark panel. Inline, so that the status
+// texts, which link no widgets, share it.
+inline QString whitePrefix()
+{
+    return QStringLiteral("<p style=\"color:#FFFFFF\">");
+}
 // The same, with the larger font of the About box's web line.
 QString whiteLargePrefix();

@@ -1,4 +1,5 @@
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/mainbutton.h"
@@ -7,6 +8,7 @@
 #include "launcher/mymenu.h"
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
+#include "look/resources.h"
 #include "network/static_ip_dlg.h"
 #include "platform/platform.h"
 #include "settings/savechangingdialog.h"
@@ -18,14 +20,9 @@
 
 namespace {
 
-QString resource(const char *name)
-{
-    return QStringLiteral(":/my_shell1/Resources/") + QLatin1String(name);
-}
-
 QAction *fixedAction(const QString &text, const char *icon, QObject *parent)
 {
-    QAction *action = new QAction(QIcon(resource(icon)), text, parent);
+    QAction *action = new QAction(QIcon(shellResource(icon)), text, parent);
     action->setFont(menuFont());
     return action;
 }
@@ -33,7 +30,8 @@ QAction *fixedAction(const QString &text, const char *icon, QObject *parent)
 } // namespace
 
 my_shell1::my_shell1(QWidget *parent)
-    : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    : QWidget(parent, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      form(new Ui::my_shell1Class)
 {
     // The locale goes first, before anything is drawn.
     setupLocale();
@@ -41,16 +39,15 @@ my_shell1::my_shell1(QWidget *parent)
         registerKeys();
 
     desktop = new dektopWidget(nullptr);
-    connect(desktop, SIGNAL(refreshClicked()), this, SLOT(refreshClicked()));
-    connect(desktop, SIGNAL(userProgram_Remove()), this, SLOT(userProgram_Remove()));
+    connect(desktop, &dektopWidget::refreshClicked, this, &my_shell1::refreshClicked);
+    connect(desktop, &dektopWidget::userProgram_Remove, this, &my_shell1::userProgram_Remove);
     desktop->showMaximized();
 
     saveDialog = new saveChangingDialog(this);
     staticIpDialog = new static_ip_dlg(nullptr);
-    // The dialog declares its signal with int, so this connection does not take: only the
-    // desktop's stop button reaches needStopOperation. Kept as the shell has always wired it.
+    // By name on purpose: the dialog's signal takes int, so this never connects (stop comes from the desktop).
     connect(staticIpDialog, SIGNAL(needStopOperation(quint64)), this, SLOT(needStopOperation(quint64)));
-    connect(desktop, SIGNAL(needStopOperation(int)), this, SLOT(needStopOperation(int)));
+    connect(desktop, &dektopWidget::needStopOperation, this, &my_shell1::needStopOperation);
     desktop->waitPanel->hide();
 
     displayWidth = screenWidth;
@@ -61,10 +58,10 @@ my_shell1::my_shell1(QWidget *parent)
     setMouseTracking(true);
     ui.setupUi(this);
     ui.label_5->clear();
-    panelPixmap.load(resource("panel2.png"));
-    panelPixmap1.load(resource("panel1.png"));
-    panelPixmap3.load(resource("panel3.png"));
-    edgePixmap.load(resource("kant.png"));
+    panelPixmap.load(shellResource("panel2.png"));
+    panelPixmap1.load(shellResource("panel1.png"));
+    panelPixmap3.load(shellResource("panel3.png"));
+    edgePixmap.load(shellResource("kant.png"));
 
     resize(screenWidth, 64);
     userProgramsMenu = nullptr;
@@ -119,7 +116,7 @@ my_shell1::my_shell1(QWidget *parent)
     ui.horizontalLayout->addWidget(noAdapterButton);
     noAdapterButton->setFlat(true);
     noAdapterButton->setToolTip(tr("No Network Adapter detected\nClick to run Network Configurator"));
-    noAdapterButton->setIcon(QIcon(resource("noAdapter.png")));
+    noAdapterButton->setIcon(QIcon(shellResource("noAdapter.png")));
     connect(noAdapterButton, &QPushButton::clicked, this, &my_shell1::startIpConf);
 
     panelShown = false;

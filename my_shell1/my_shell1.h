@@ -5,12 +5,13 @@
 
 #include "globals.h"
 #include "network/ip_settings.h"
-#include "ui_my_shell1.h"
 
 #include <QFileIconProvider>
 #include <QList>
 #include <QPixmap>
 #include <QWidget>
+
+#include <memory>
 
 class QAction;
 class QMenu;
@@ -24,6 +25,10 @@ class my_Action;
 class my_PushButton;
 class saveChangingDialog;
 class static_ip_dlg;
+
+namespace Ui {
+class my_shell1Class;
+}
 
 class my_shell1 : public QWidget {
     Q_OBJECT
@@ -121,7 +126,10 @@ private:
 
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.
-    Ui::my_shell1Class ui;
+    // The form; its generated header is private to this folder, so its files include
+    // "ui_my_shell1.h" themselves and others reach the panel through the members below.
+    std::unique_ptr<Ui::my_shell1Class> form;
+    Ui::my_shell1Class &ui = *form;
     QFileIconProvider iconProvider;
     bool panelShown = false;
     bool panelLocked = false;

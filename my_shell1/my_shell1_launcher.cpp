@@ -2,6 +2,7 @@
 // start that the panel makes itself.
 
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "launcher/appstart.h"
 #include "launcher/mainbutton.h"
@@ -11,6 +12,7 @@
 #include "launcher/mybutton.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
+#include "look/resources.h"
 #include "platform/platform.h"
 
 #include <QIcon>
@@ -18,11 +20,6 @@
 
 namespace {
 
-
-QString resourcePath(const char *name)
-{
-    return QStringLiteral(":/my_shell1/Resources/") + QLatin1String(name);
-}
 
 } // namespace
 
@@ -51,6 +48,8 @@ void my_shell1::createMainMenu()
     parts.menuActions = &menuActions;
     parts.subMenus = &subMenus;
     parts.appList = &appList;
+    parts.startApp = [this](int id) { startApp(id); };
+    parts.closeMenu = [this] { closeMenu(); };
     buildMainMenuEntries(pass, parts);
 
     RunEntry medium;
@@ -66,6 +65,7 @@ void my_shell1::createLauncherButtons()
         auto *button = new MyButton(this, x, 35, line.id, 1, line.normalImage, line.nearImage,
                                     line.activeImage, line.tip);
         connect(button, &MyButton::i_am_active, this, &my_shell1::some_button_is_active);
+        connect(this, &my_shell1::button_is_active, button, &MyButton::near_button_is_active);
         connect(button, &MyButton::looseActive, this, &my_shell1::notActiveButtons);
         connect(button, &MyButton::mButtonClicked, this, &my_shell1::startApp);
         appList.append({line.id, line.path, line.params});
@@ -81,7 +81,7 @@ void my_shell1::createFixedButtons()
         auto *b = new my_PushButton(ui.widget_3);
         b->setFlat(true);
         b->setIconSize(QSize(16, 16));
-        b->setIcon(QIcon(resourcePath(icon)));
+        b->setIcon(QIcon(shellResource(icon)));
         if (!tip.isEmpty())
             b->setToolTip(tip);
         ui.horizontalLayout_3->addWidget(b);
@@ -181,7 +181,7 @@ void my_shell1::runTaskList()
     for (const RunEntry &entry : qAsConst(toRunList)) {
         const QString path = appstart::taskListPath(entry.program);
         const ShellResult r = appstart::open(path, entry.arguments);
-        addLogInfo(QStringLiteral("run %1=%2").arg(path).arg(r.lastError));
+        addLogInfo(QStringLiteral("run %1=%2").arg(path, QString::number(r.lastError)));
     }
     toRunList.clear();
 }

@@ -2,6 +2,7 @@
 // button, the keyboard layout list and the delayed initialisation chain.
 
 #include "my_shell1.h"
+#include "ui_my_shell1.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/appstart.h"
@@ -9,7 +10,9 @@
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
 #include "look/analog_clock.h"
+#include "look/resources.h"
 #include "platform/platform.h"
+#include "platform/win32values.h"
 #include "startup.h"
 #include "statustext.h"
 
@@ -21,17 +24,7 @@
 
 namespace {
 
-// Win32 values the panel speaks in.
-const quint32 modAlt = 0x0001;
-const quint32 modControl = 0x0002;
-const quint32 modShift = 0x0004;
-const quint32 modWin = 0x0008;
-const quint32 vkLeftWin = 0x5B;
-const quint32 vkD = 0x44;
-const int vkControl = 0x11;
-const int vkMenu = 0x12;
-const quint32 vkDelete = 46;
-const int hcAction = 0;
+using namespace win32;
 
 bool held(int vk)
 {
@@ -207,7 +200,7 @@ bool my_shell1::keyboardHookEvent(const KeyHookEvent &event)
 {
     // Key-down only: the key-up flag is 128, so flags below 100 single out the press and its
     // auto-repeats.
-    if (event.code == hcAction && held(vkControl) && held(vkMenu) && event.vkCode == vkDelete
+    if (event.code == hcAction && held(vkControl) && held(vkMenu) && event.vkCode == quint32(vkDelete)
         && event.flags < 100) {
         appstart::open(QStringLiteral("taskmgr.exe"));
         return true;
@@ -285,11 +278,11 @@ void my_shell1::on_pushButton_3_clicked()
     int k;
     if (panelLocked) {
         panelLocked = false;
-        ui.pushButton_3->setIcon(QIcon(QStringLiteral(":/my_shell1/Resources/unlock.png")));
+        ui.pushButton_3->setIcon(QIcon(shellResource("unlock.png")));
         k = 3;
     } else {
         panelLocked = true;
-        ui.pushButton_3->setIcon(QIcon(QStringLiteral(":/my_shell1/Resources/lock.png")));
+        ui.pushButton_3->setIcon(QIcon(shellResource("lock.png")));
         k = 64;
     }
     WorkArea area;

@@ -10,23 +10,11 @@
 #include <QApplication>
 #include <QFile>
 #include <QScreen>
-#include <QTextCodec>
-#include <QTextStream>
 
 namespace {
 
-const quint32 regDword = 4;
-const quint32 storageDeviceNumberSize = 12;
-const quint32 fileDeviceDisk = 7;
+using namespace win32;
 
-// One line of a line-oriented file: UTF-8, with every "\n" and "\r" taken out.
-QString cleanLine(const QByteArray &raw)
-{
-    QString line = QString::fromUtf8(raw);
-    line.remove(QLatin1Char('\n'));
-    line.remove(QLatin1Char('\r'));
-    return line;
-}
 
 } // namespace
 
@@ -92,14 +80,13 @@ int scanSettingsFile()
         if (!(mask & (1u << index)))
             continue;
         const QChar letter(char('A' + index));
-        QFile file(sys().hostPath(QString(letter) + QStringLiteral(":\\_kelpie.ini")));
-        if (!file.exists())
+        const QString path = sys().hostPath(QString(letter) + QStringLiteral(":\\_kelpie.ini"));
+        if (!QFile::exists(path))
             continue;
         // The first drive that holds the file ends the scan, whatever the file holds.
-        if (!file.open(QIODevice::ReadOnly))
-            return language;
-        while (!file.atEnd()) {
-            const QString line = cleanLine(file.readLine());
+        QStringList lines;
+        shellconfig::readLines(path, &lines);
+        for (const QString &line : qAsConst(lines)) {
             if (line.startsWith(QLatin1String("appRun="))) {
                 appRun = line.mid(7);
             } else if (line.startsWith(QLatin1String("arg="))) {
@@ -127,11 +114,9 @@ void passImageLanguage(int language)
 
 void readBootLetter()
 {
-    QFile file(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")));
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    while (!file.atEnd()) {
-        const QString line = cleanLine(file.readLine());
+    QStringList lines;
+    shellconfig::readLines(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")), &lines);
+    for (const QString &line : qAsConst(lines)) {
         if (line.startsWith(QLatin1String("bootLetter=")))
             bootLetter = line.mid(11);
     }

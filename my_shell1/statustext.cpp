@@ -1,8 +1,8 @@
 #include "statustext.h"
 
-namespace {
-const char *const white = "<p style=\"color:#FFFFFF\">";
+#include "look/stylesheets.h"
 
+namespace {
 struct LanguageRow {
     quint16 id;
     const char *code;
@@ -33,7 +33,7 @@ QStringList englishMonthNames()
 
 QString memoryText(quint64 totalBytes, quint64 availableBytes)
 {
-    return QLatin1String(white)
+    return whitePrefix()
         + QStringLiteral("Memory Total: %1Mb Free: %2Mb</p>")
               .arg((totalBytes >> 20) + 1)
               .arg((availableBytes >> 20) + 1);
@@ -72,16 +72,16 @@ QString resolutionTooltip(int width, int height, quint32 bitsPerPixel, quint32 f
 QString dateText(const QDate &date)
 {
     if (!date.isValid())
-        return QLatin1String(white);
-    return QLatin1String(white) + englishMonthNames().at(date.month() - 1)
+        return whitePrefix();
+    return whitePrefix() + englishMonthNames().at(date.month() - 1)
         + QStringLiteral("&nbsp;%1,&nbsp;%2</p>").arg(date.day()).arg(date.year());
 }
 
 QString dayText(const QDate &date)
 {
     if (!date.isValid())
-        return QLatin1String(white);
-    return QLatin1String(white) + englishDayNames().at(date.dayOfWeek() - 1);
+        return whitePrefix();
+    return whitePrefix() + englishDayNames().at(date.dayOfWeek() - 1);
 }
 
 QString languageCode(quint16 languageId)
@@ -95,6 +95,6 @@ QString languageCode(quint16 languageId)
 
 QString languageLabel(quint16 languageId)
 {
-    return QLatin1String(white) + QStringLiteral("<B>") + languageCode(languageId)
+    return whitePrefix() + QStringLiteral("<B>") + languageCode(languageId)
         + QStringLiteral("</p>");
 }

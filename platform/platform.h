@@ -13,6 +13,8 @@
 #include <QtGlobal>
 #include <functional>
 
+#include "win32values.h"
+
 // Answer of a registry DWORD read: the call's outcome and what it found.
 struct RegValue {
     bool found = false;   // key opened and value read

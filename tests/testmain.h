@@ -2,7 +2,19 @@
 // Every suite runs on the offscreen platform; set here because Wine does not pass QT_* variables
 // into a Windows process.
 #include <QApplication>
+#include <QLabel>
+#include <QPushButton>
 #include <QtTest>
+
+// A widget of a form by its designer name: generated form headers stay private to their library.
+template <typename T = QWidget>
+T *formWidget(const QObject &owner, const char *name)
+{
+    T *w = owner.findChild<T *>(QLatin1String(name));
+    if (!w)
+        qFatal("no form widget %s", name);
+    return w;
+}
 
 #define KELPIE_TEST_MAIN(TestClass)                                  \
     int main(int argc, char *argv[])                                 \

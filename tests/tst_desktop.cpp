@@ -1,5 +1,6 @@
 #include "testmain.h"
 #include "testmachine.h"
+#include "platform/sim/simshared.h"
 
 #include "desktop/dektopwidget.h"
 #include "desktop/my_toolbutton.h"
@@ -27,12 +28,9 @@ protected:
 const QString desktopFolder = QStringLiteral("drives/X/Users/Default/Desktop/");
 const QString savedFolder = QStringLiteral("drives/E/Desktop.1/Users/Default/Desktop/");
 
-// The file itself: Windows' toolkit calls a .lnk whose target is missing absent.
 bool onDisk(const QString &path)
 {
-    const QFileInfo fi(path);
-    QFile file(path);
-    return fi.exists() || (fi.isSymLink() && file.open(QIODevice::ReadOnly));
+    return sim::present(QFileInfo(path));
 }
 
 void writeEntries(TestMachine &m, const QStringList &names)

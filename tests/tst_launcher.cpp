@@ -193,6 +193,34 @@ private slots:
         QCOMPARE(p.buttons[1].command, QStringLiteral("cmdj"));
     }
 
+    // The checker's notes quote values as written, whatever "%n" they hold.
+    void notesQuoteValuesAsWritten_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("note");
+        QTest::newRow("menu entry") << "menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|"
+                                    << "menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"";
+        QTest::newRow("sub-menu") << "mainMenu=4|%2 tools|t.png" << "sub-menu 4 \"%2 tools\"";
+        QTest::newRow("launcher button") << "morvaneItem=n|r|a|t|%1.exe|%2"
+                                         << "launcher button 1000 starts \"%1.exe\" \"%2\"";
+        QTest::newRow("fixed button") << "fixedB2=i|t|%1.exe" << "fixed button 2 runs \"%1.exe\"";
+    }
+    void notesQuoteValuesAsWritten()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, note);
+        QList<ConfigNote> notes;
+        MainMenuPass menu;
+        LauncherPass launcher;
+        FixedPass fixed;
+        int nextId = 1000;
+        shellconfig::mainMenuLine(line, 1, &menu, &notes);
+        shellconfig::launcherLine(line, 1, &nextId, &launcher, &notes);
+        shellconfig::fixedLine(line, 1, &fixed, &notes);
+        QCOMPARE(notes.size(), 1);
+        QCOMPARE(notes[0].text, note);
+    }
+
     void missingFile()
     {
         QVERIFY(!shellconfig::readMainMenu().opened);
@@ -340,15 +368,16 @@ private slots:
 
     void runTaskListQueue()
     {
-        auto s = shell("toRun=Net.EXE|-x\ntoRun=my.exe.bak|\n");
+        auto s = shell("toRun=Net%1.EXE|-x\ntoRun=my.exe.bak|\n");
         s->runTaskList();
         QCOMPARE(starts(*m),
-                 QStringList({startLine("x:\\program files\\kelpie\\Net.EXE.exe", "-x"),
+                 QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
                               startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
         QVERIFY(toRunList.isEmpty());
-        // One log line a start, with the last error: neither program is on the medium.
+        // One log line a start, with the last error: neither program is on the medium. A "%1"
+        // in the name stays as written.
         QCOMPARE(m->read("drives/X/init.log"),
-                 QByteArray("run x:\\program files\\kelpie\\Net.EXE.exe=2\r\n"
+                 QByteArray("run x:\\program files\\kelpie\\Net%1.EXE.exe=2\r\n"
                             "run x:\\program files\\kelpie\\my.exe.bak=2\r\n"));
         s->runTaskList();
         QCOMPARE(starts(*m).size(), 2);

@@ -98,7 +98,7 @@ void PanelTest::memoryLineAndRestart()
     my_shell1 shell;
     shell.initTimer->stop();
     shell.getSystemCondition();
-    QCOMPARE(shell.ui.label_3->text(),
+    QCOMPARE(formWidget<QLabel>(shell, "label_3")->text(),
              QString("<p style=\"color:#FFFFFF\">Memory Total: 1025Mb Free: 301Mb</p>"));
     QVERIFY(shell.statusTimer->isActive());
     QCOMPARE(shell.statusTimer->interval(), 3000);
@@ -106,7 +106,7 @@ void PanelTest::memoryLineAndRestart()
     // A failing memory query leaves the old line.
     m.write("machine.ini", "[memory]\nanswers=0\n");
     shell.getMemory();
-    QVERIFY(shell.ui.label_3->text().contains("1025Mb"));
+    QVERIFY(formWidget<QLabel>(shell, "label_3")->text().contains("1025Mb"));
 }
 
 void PanelTest::keyboardLanguage()
@@ -118,23 +118,23 @@ void PanelTest::keyboardLanguage()
     shell.initTimer->stop();
     shell.show();
     shell.hideWindow();
-    QCOMPARE(shell.ui.label_7->text(), QString("<p style=\"color:#FFFFFF\"><B>RU</p>"));
-    QVERIFY(shell.ui.label_7->isVisible());
-    QVERIFY(shell.ui.label_6->isVisible());
-    QVERIFY(shell.ui.label_2->text().contains(shell.monthNames[QDate::currentDate().month() - 1]));
-    QVERIFY(shell.ui.label->text().contains(shell.dayNames[QDate::currentDate().dayOfWeek() - 1]));
+    QCOMPARE(formWidget<QLabel>(shell, "label_7")->text(), QString("<p style=\"color:#FFFFFF\"><B>RU</p>"));
+    QVERIFY(formWidget<QLabel>(shell, "label_7")->isVisible());
+    QVERIFY(formWidget<QLabel>(shell, "label_6")->isVisible());
+    QVERIFY(formWidget<QLabel>(shell, "label_2")->text().contains(shell.monthNames[QDate::currentDate().month() - 1]));
+    QVERIFY(formWidget<QLabel>(shell, "label")->text().contains(shell.dayNames[QDate::currentDate().dayOfWeek() - 1]));
 
     // The label is set only when the language changes.
-    shell.ui.label_7->setText("untouched");
+    formWidget<QLabel>(shell, "label_7")->setText("untouched");
     shell.hideWindow();
-    QCOMPARE(shell.ui.label_7->text(), QString("untouched"));
+    QCOMPARE(formWidget<QLabel>(shell, "label_7")->text(), QString("untouched"));
 
     // 1032 is not in the table: EN. One layout hides the code and the hint.
     m.write("machine.ini", "[keyboard]\nlayouts=04080408\n");
     shell.hideWindow();
-    QCOMPARE(shell.ui.label_7->text(), QString("<p style=\"color:#FFFFFF\"><B>EN</p>"));
-    QVERIFY(!shell.ui.label_7->isVisible());
-    QVERIFY(!shell.ui.label_6->isVisible());
+    QCOMPARE(formWidget<QLabel>(shell, "label_7")->text(), QString("<p style=\"color:#FFFFFF\"><B>EN</p>"));
+    QVERIFY(!formWidget<QLabel>(shell, "label_7")->isVisible());
+    QVERIFY(!formWidget<QLabel>(shell, "label_6")->isVisible());
 }
 
 void PanelTest::displayTooltip()
@@ -173,7 +173,7 @@ void PanelTest::resolutionChangeWhileDown()
     QCOMPARE(shell.pos(), QPoint(0, 1021));
     QCOMPARE(shell.size(), QSize(1280, 1024));
     QCOMPARE(shell.mask(), QRegion(0, 0, 1280, 64));
-    QCOMPARE(shell.ui.widget_2->x(), 780);
+    QCOMPARE(formWidget<QWidget>(shell, "widget_2")->x(), 780);
     QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t1280\t1021"));
 
     // Up and locked, the same change keeps it up at the new bottom and leaves it 64 pixels.
@@ -309,10 +309,10 @@ void PanelTest::lockButtonWorkArea()
 
     // Outside Windows PE the icon and the state change, the work area does not.
     winPeMode = false;
-    const QImage unlocked = shell.ui.pushButton_3->icon().pixmap(20, 20).toImage();
+    const QImage unlocked = formWidget<QPushButton>(shell, "pushButton_3")->icon().pixmap(20, 20).toImage();
     shell.on_pushButton_3_clicked();
     QVERIFY(shell.panelLocked);
-    QVERIFY(shell.ui.pushButton_3->icon().pixmap(20, 20).toImage() != unlocked);
+    QVERIFY(formWidget<QPushButton>(shell, "pushButton_3")->icon().pixmap(20, 20).toImage() != unlocked);
     QCOMPARE(m.journalOf("workarea").size(), 2);
 }
 
@@ -527,7 +527,7 @@ void PanelTest::initTidiesAndLocks()
     QVERIFY(shell.hideTimer->isActive());
     QCOMPARE(shell.hideTimer->interval(), 1000);
     QVERIFY(shell.statusTimer->isActive());
-    QVERIFY(!shell.ui.label_3->text().isEmpty());
+    QVERIFY(!formWidget<QLabel>(shell, "label_3")->text().isEmpty());
     QVERIFY(!shell.mainMenu->isVisible());
 }
 

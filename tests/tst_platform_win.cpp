@@ -20,11 +20,6 @@
 
 namespace {
 
-const wchar_t *wide(const QString &s)
-{
-    return reinterpret_cast<const wchar_t *>(s.utf16());
-}
-
 int countNamed(const QStringList &names, const QString &name)
 {
     int n = 0;

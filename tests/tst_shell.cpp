@@ -3,6 +3,7 @@
 #include "testmachine.h"
 #include "testmain.h"
 
+#include "desktop/dektopwidget.h"
 #include "launcher/mainbutton.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
@@ -69,6 +70,7 @@ private slots:
     void geometryFollowsScreenWidth_data();
     void geometryFollowsScreenWidth();
     void formMenuAndTimers();
+    void desktopTakesThePanelsLogicalScreen();
 };
 
 void ShellTest::settingsFileOnLowestDriveOnly()
@@ -283,7 +285,7 @@ void ShellTest::geometryFollowsScreenWidth()
     QCOMPARE(shell.width(), width);
     QCOMPARE(shell.height(), 64);
     QCOMPARE(shell.pos(), QPoint(0, height - 3));
-    QCOMPARE(shell.ui.widget_2->geometry(), QRect(width - 500, 0, 400, 64));
+    QCOMPARE(formWidget<QWidget>(shell, "widget_2")->geometry(), QRect(width - 500, 0, 400, 64));
     QCOMPARE(shell.clock->geometry(), QRect(width - 68, 0, 64, 64));
     QCOMPARE(shell.mask(), QRegion(0, 0, width, 64));
     QCOMPARE(shell.startButton->pos(), QPoint(0, 3));
@@ -311,7 +313,7 @@ void ShellTest::formMenuAndTimers()
                                  "Turn Off Computer"}));
     QCOMPARE(shell.mainMenu->actions().first()->font().family(), QString("Tahoma"));
     QCOMPARE(shell.mainMenu->actions().first()->font().pointSize(), 11);
-    QCOMPARE(shell.noAdapterButton->parentWidget(), shell.ui.widget);
+    QCOMPARE(shell.noAdapterButton->parentWidget(), formWidget<QWidget>(shell, "widget"));
 
     // The five timers stand wired and idle; only the 10 ms shot to init() runs.
     for (QTimer *t : {shell.hideTimer, shell.statusTimer, shell.menuCloseTimer, shell.staticIpTimer,
@@ -321,6 +323,18 @@ void ShellTest::formMenuAndTimers()
     }
     QVERIFY(shell.initTimer->isActive() && shell.initTimer->isSingleShot());
     QCOMPARE(shell.initTimer->interval(), 10);
+}
+
+void ShellTest::desktopTakesThePanelsLogicalScreen()
+{
+    // The offscreen toolkit screen is 800x600; the simulated display's logical screen differs.
+    TestMachine m;
+    m.write("machine.ini", "[display]\ncurrent=1280x960x32@60\nscreen=640x480\n");
+    readScreen();
+    my_shell1 shell;
+    QCOMPARE(shell.width(), 640);
+    QCOMPARE(shell.desktop->size(), QSize(640, 480));
+    QCOMPARE(shell.desktop->titleLabel()->x(), 640 - 430);
 }
 
 KELPIE_TEST_MAIN(ShellTest)

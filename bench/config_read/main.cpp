@@ -91,7 +91,7 @@ int main(int argc, char *argv[])
         QList<myMenu *> subs;
         QList<AppEntry> apps;
         t.start();
-        buildMainMenuEntries(mp, {&owner, &menu, &actions, &subs, &apps});
+        buildMainMenuEntries(mp, {&owner, &menu, &actions, &subs, &apps, {}, {}});
         built += t.nsecsElapsed();
     }
     std::printf("lines: %d\n", lines);

@@ -18,7 +18,7 @@ struct SimVolume {
     QString product;
     bool opens = true;           // CreateFileW on "\\.\E:" succeeds
     bool answersDeviceNumber = false;
-    quint32 deviceType = 7;      // FILE_DEVICE_DISK
+    quint32 deviceType = win32::fileDeviceDisk;
     quint32 diskNumber = 0;
     quint32 partitionNumber = 1;
     // The stick and its disk, for the list of removable volumes and the save to it.

@@ -1,16 +1,14 @@
 #include "simplatform.h"
 #include "simshared.h"
 
+#include "platform/win32values.h"
+
 #include <QFile>
 #include <QTimer>
 
 using namespace sim;
 
-namespace {
-
-enum : int { VkShift = 16, VkControl = 17, VkMenu = 18, VkLShift = 160, VkLControl = 162, VkLMenu = 164 };
-
-} // namespace
+using namespace win32;
 
 // --- hot keys, hook, messages ---
 
@@ -150,20 +148,20 @@ void SimPlatform::deliverInboxLine(const QString &line)
         for (int i = 3; i < parts.size(); ++i) {
             const QString w = parts[i].toLower();
             if (w == QLatin1String("ctrl"))
-                held << VkControl << VkLControl;
+                held << vkControl << vkLControl;
             else if (w == QLatin1String("alt"))
-                held << VkMenu << VkLMenu;
+                held << vkMenu << vkLMenu;
             else if (w == QLatin1String("shift"))
-                held << VkShift << VkLShift;
+                held << vkShift << vkLShift;
             else if (w != QLatin1String("repeat"))   // an auto-repeat is one more key-down
                 return;
         }
         if (!m_hook)
             return;
         KeyHookEvent e;
-        e.code = 0;
+        e.code = hcAction;
         e.vkCode = vk;
-        e.flags = dir == QLatin1String("up") ? 128 : 0;
+        e.flags = dir == QLatin1String("up") ? llkhfUp : 0;
         const QSet<int> before = m_heldKeys;
         m_heldKeys = held;
         m_hook(e);

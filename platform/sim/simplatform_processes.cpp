@@ -77,7 +77,7 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
         return r;
     };
     if (f.isEmpty())
-        return fail(2);
+        return fail(win32::seErrFileNotFound);
 
     const bool bare = !f.contains(QLatin1Char('/')) && !isDrivePath(f);
     QStringList candidates;
@@ -132,8 +132,8 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
         return r;
     }
     if (!bare && !folder.isEmpty() && !QFileInfo(hostPath(folder)).isDir())
-        return fail(3);
-    return fail(2);
+        return fail(win32::seErrPathNotFound);
+    return fail(win32::seErrFileNotFound);
 }
 
 ShellResult SimPlatform::shellExecute(const QString &verb, const QString &file,

@@ -43,7 +43,7 @@ DeviceNumberAnswer SimPlatform::deviceNumber(QChar letter)
     if (!v.opens || !v.answersDeviceNumber)
         return a;
     a.ok = true;
-    a.bytesReturned = 12;
+    a.bytesReturned = win32::storageDeviceNumberSize;
     a.deviceType = v.deviceType;
     a.deviceNumber = v.diskNumber;
     a.partitionNumber = v.partitionNumber;

@@ -8,12 +8,20 @@
 #include <tlhelp32.h>
 #include <winioctl.h>
 
-namespace {
+// The numbers the rest of the shell and the simulated machine use in place of these headers.
+static_assert(win32::modAlt == MOD_ALT && win32::modControl == MOD_CONTROL
+              && win32::modShift == MOD_SHIFT && win32::modWin == MOD_WIN, "hot key modifiers");
+static_assert(win32::vkShift == VK_SHIFT && win32::vkControl == VK_CONTROL && win32::vkMenu == VK_MENU
+              && win32::vkDelete == VK_DELETE && win32::vkD == 'D' && win32::vkLeftWin == VK_LWIN
+              && win32::vkLShift == VK_LSHIFT && win32::vkLControl == VK_LCONTROL
+              && win32::vkLMenu == VK_LMENU, "virtual keys");
+static_assert(win32::hcAction == HC_ACTION && win32::llkhfUp == LLKHF_UP, "keyboard hook");
+static_assert(win32::regDword == REG_DWORD && win32::fileDeviceDisk == FILE_DEVICE_DISK
+              && win32::storageDeviceNumberSize == sizeof(STORAGE_DEVICE_NUMBER), "device answers");
+static_assert(win32::seErrFileNotFound == SE_ERR_FNF && win32::seErrPathNotFound == SE_ERR_PNF,
+              "shell execution errors");
 
-const wchar_t *wide(const QString &s)
-{
-    return reinterpret_cast<const wchar_t *>(s.utf16());
-}
+namespace {
 
 // The low-level hook calls a plain function, so the handler and the hook handle live here. The
 // hook is process-wide by nature; one is enough for the shell.

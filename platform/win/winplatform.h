@@ -5,6 +5,12 @@
 
 #include "platform/platform.h"
 
+// A QString as the wide string the W functions take; valid while s lives.
+inline const wchar_t *wide(const QString &s)
+{
+    return reinterpret_cast<const wchar_t *>(s.utf16());
+}
+
 class WinPlatform : public Platform {
 public:
     WinPlatform() = default;

@@ -75,7 +75,8 @@ static QImage contactSheet(const QVector<Picture> &all, const QVector<QImage> &i
         p.drawImage(target, img);
         p.setPen(Qt::white);
         p.drawText(QRect(cell.x(), cell.bottom() - 22, cellW, 20), Qt::AlignCenter,
-                   QStringLiteral("%1 %2x%3").arg(all[i].name).arg(img.width()).arg(img.height()));
+                   QStringLiteral("%1 %2x%3").arg(all[i].name, QString::number(img.width()),
+                                                        QString::number(img.height())));
     }
     return sheet;
 }

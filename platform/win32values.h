@@ -1,0 +1,38 @@
+#pragma once
+// Numbers of the Win32 interface that the shell and the simulated machine both speak in. The
+// Win32 side checks each against the system's own headers.
+
+#include <QtGlobal>
+
+namespace win32 {
+
+// RegisterHotKey modifiers.
+constexpr quint32 modAlt = 0x0001;
+constexpr quint32 modControl = 0x0002;
+constexpr quint32 modShift = 0x0004;
+constexpr quint32 modWin = 0x0008;
+
+// Virtual keys.
+constexpr int vkShift = 0x10;
+constexpr int vkControl = 0x11;
+constexpr int vkMenu = 0x12;
+constexpr int vkDelete = 0x2E;
+constexpr int vkD = 0x44;
+constexpr int vkLeftWin = 0x5B;
+constexpr int vkLShift = 0xA0;
+constexpr int vkLControl = 0xA2;
+constexpr int vkLMenu = 0xA4;
+
+// The low-level keyboard hook: nCode of a key event, and the key-up flag of KBDLLHOOKSTRUCT.
+constexpr int hcAction = 0;
+constexpr quint32 llkhfUp = 0x80;
+
+constexpr quint32 regDword = 4;                  // REG_DWORD
+constexpr quint32 fileDeviceDisk = 7;            // FILE_DEVICE_DISK
+constexpr quint32 storageDeviceNumberSize = 12;  // sizeof(STORAGE_DEVICE_NUMBER)
+
+// ShellExecuteW results at or below 32 are errors; these two the simulated machine gives.
+constexpr int seErrFileNotFound = 2;   // SE_ERR_FNF
+constexpr int seErrPathNotFound = 3;   // SE_ERR_PNF
+
+} // namespace win32
