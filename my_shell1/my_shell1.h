@@ -50,6 +50,8 @@ public:
     // At turn off: compares the system with the condition logs and the network with its state at
     // start, and runs the Save dialog when anything was added or changed.
     void askToSaveChanges();
+    // Makes the adapter buttons once the first ticks have passed and adapters are known.
+    void updateNetworkButtons();
     // A native message, from nativeEvent or from another road of the platform. True when the
     // message is taken (hot key 1), false when it goes on to the base class.
     bool handleNativeMessage(const NativeMessage &message);

@@ -11,6 +11,7 @@
 #include "launcher/mymenu.h"
 #include "look/analog_clock.h"
 #include "look/resources.h"
+#include "network/bringuplog.h"
 #include "platform/platform.h"
 #include "platform/win32values.h"
 #include "startup.h"
@@ -331,7 +332,7 @@ void my_shell1::init()
     hideTimer->start(1000);
     bringUpStage = 0;
     startIpPending = false;
-    if (fileExists("x:/program files/kelpie/start_ip.cmd")) {
+    if (fileExists(bringup::staticIpScript)) {
         startIpPending = true;
         bringUpStage = 1;
         desktop->waitPanel->show();
@@ -344,7 +345,7 @@ void my_shell1::init()
 
 void my_shell1::beginMapNetwork()
 {
-    if (fileExists("x:/map_network.cmd")) {
+    if (fileExists(bringup::mapNetworkScript)) {
         bringUpStage = 2;
         desktop->label()->setText(tr("Trying to map network resource. Please wait..."));
         desktop->waitPanel->show();

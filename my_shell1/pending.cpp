@@ -10,13 +10,8 @@ void my_shell1::userProgram_Remove() {}
 void my_shell1::showRemoveAction(int, int) {}
 void my_shell1::userMenuClosed() {}
 
-// Locale, network
+// Locale
 void my_shell1::setupLocale() {}
-void my_shell1::networkStep() {}
-
-// Network bring-up
-void my_shell1::checkStaticIP() {}
-void my_shell1::checkMapNetwork() {}
 
 // System actions
 void my_shell1::startRegScript() {}

@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 #include "launcher/shellconfig.h"
 #include "look/stylesheets.h"
+#include "network/netcondition.h"
 #include "settings/savedvolume.h"
 
 #include <QApplication>
@@ -114,12 +115,9 @@ void passImageLanguage(int language)
 
 void readBootLetter()
 {
-    QStringList lines;
-    shellconfig::readLines(sys().hostPath(QStringLiteral("x:/tmpReg/startNetwork.log")), &lines);
-    for (const QString &line : qAsConst(lines)) {
-        if (line.startsWith(QLatin1String("bootLetter=")))
-            bootLetter = line.mid(11);
-    }
+    NetworkCondition start;
+    readStartNetwork(start);
+    bootLetter = start.bootLetter;
 }
 
 void restoreSavedFolders()

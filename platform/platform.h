@@ -14,6 +14,7 @@
 #include <functional>
 
 #include "win32values.h"
+#include "platform/netfacts.h"
 
 // Answer of a registry DWORD read: the call's outcome and what it found.
 struct RegValue {
@@ -96,6 +97,26 @@ public:
     virtual RegValue readUserDword(const QString &key, const QString &name) = 0;
     // Create or open the key with full access and write a REG_DWORD; false when it cannot.
     virtual bool writeUserDword(const QString &key, const QString &name, quint32 value) = 0;
+
+    // --- network ---
+    // The walk over every present device (SetupDiGetClassDevsExW, DIGCF_PRESENT | DIGCF_ALLCLASSES).
+    virtual DeviceWalk deviceWalk() = 0;
+    // HKEY_LOCAL_MACHINE\<path> opened with KEY_ALL_ACCESS; false when it does not open. Else the
+    // answers of RegEnumKeyW from index 0, up to and including the first that is neither 0 nor 234.
+    virtual bool machineSubkeys(const QString &path, QList<RegSubkey> *answers) = 0;
+    // One value of HKEY_LOCAL_MACHINE\<path> read into a buffer of bufferBytes.
+    virtual RegStringRead machineString(const QString &path, const QString &name,
+                                        int bufferBytes) = 0;
+    // GetNetworkParams (the buffer grown once as told): its result and the DnsServerList chain.
+    virtual quint32 networkParams(QStringList *dnsServers) = 0;
+    // GetAdaptersInfo (the buffer grown once as told): its result and the chain of entries.
+    virtual quint32 adaptersInfo(QList<IpAdapterEntry> *entries) = 0;
+    // GetInterfaceInfo (the buffer grown once as told): its result and the table's rows.
+    virtual quint32 interfaceInfo(QList<InterfaceRow> *rows) = 0;
+    // GetAdapterIndex on the name as the interface table holds it, then GetIfEntry.
+    virtual IfEntryFacts interfaceEntry(const QString &adapterName) = 0;
+    virtual WorkstationFacts workstationFacts() = 0;   // NetWkstaGetInfo level 102
+    virtual FirewallFacts firewallFacts() = 0;         // the firewall manager's current profile
 
     // --- drives and disks ---
     virtual quint32 logicalDrives() = 0;   // bit 0 is A:

@@ -4,8 +4,21 @@
 #include "testmachine.h"
 #include "testmain.h"
 
+#include "desktop/dektopwidget.h"
+#include "launcher/my_pushbutton.h"
+#include "launcher/mymenu.h"
+#include "my_shell1/globals.h"
+#include "my_shell1/my_shell1.h"
 #include "network/bringuplog.h"
+#include "network/ip_settings.h"
+#include "network/static_ip_dlg.h"
 #include "network/netcondition.h"
+#include "platform/netfacts.h"
+
+#include <QLabel>
+#include <QTimer>
+#include <QToolButton>
+#include <QUuid>
 
 Q_DECLARE_METATYPE(NetworkCondition)
 
@@ -32,6 +45,56 @@ QString describe(const NetworkCondition &c)
                                                           c.bootLetter);
 }
 
+const char staticStart[] = "start\topen\tx:/program files/kelpie/start_ip.cmd\t\t1";
+const char mapStart[] = "start\topen\tx:/map_network.cmd\t\t1";
+const char toolStart[] = "start\topen\tx:\\program files\\kelpie\\tool.exe\t-q\t1";
+
+// A medium with both scripts and one program to start, and what its scripts leave behind.
+struct Medium : TestMachine {
+    explicit Medium(const QByteArray &staticLeaves,
+                    const QByteArray &mapLeaves = "1.write=x:/map_network.log\n"
+                                                  "1.text=The command completed successfully.",
+                    bool staticScript = true)
+    {
+        write("drives/X/Program Files/kelpie/data_shell.cfg", "toRun=tool|-q\n");
+        if (staticScript)
+            write("drives/X/Program Files/kelpie/start_ip.cmd", "@echo off\r\n");
+        write("drives/X/map_network.cmd", "@echo off\r\n");
+        write("machine.ini", "[start.start_ip.cmd]\n" + staticLeaves + "\n[start.map_network.cmd]\n"
+                                 + mapLeaves + "\n");
+    }
+    int count(const char *line) const { return journal().count(QLatin1String(line)); }
+};
+
+// The stages as the timers would run them, one call a second; each entry of the trace is
+// "<stage>:<attempt>/<seconds>" after a tick.
+QStringList runStages(my_shell1 &shell)
+{
+    QStringList trace;
+    while (trace.size() < 100) {
+        const bool first = shell.staticIpTimer->isActive();
+        const bool second = shell.mapNetworkTimer->isActive();
+        if (first == second) {
+            if (first)
+                trace << "both timers run";
+            break;
+        }
+        const int stage = shell.bringUpStage;
+        if (first)
+            shell.checkStaticIP();
+        else
+            shell.checkMapNetwork();
+        trace << QStringLiteral("%1:%2/%3").arg(stage).arg(shell.desktop->label_3()->text(),
+                                                              shell.desktop->label_4()->text());
+    }
+    return trace;
+}
+
+int ticksOf(const QStringList &trace, int stage)
+{
+    return trace.filter(QRegularExpression(QStringLiteral("^%1:").arg(stage))).size();
+}
+
 } // namespace
 
 class NetworkTest : public QObject {
@@ -47,6 +110,27 @@ private slots:
     void changed();
     void bringUpLogs_data();
     void bringUpLogs();
+
+    void inventory_data();
+    void inventory();
+    void classGuidText_data();
+    void classGuidText();
+    void nameServer_data();
+    void nameServer();
+    void reportLines_data();
+    void reportLines();
+    void reportReadsBack_data();
+    void reportReadsBack();
+    void liveFactsAndFirstGateway();
+
+    void adapterButtons();
+    void staticStage_data();
+    void staticStage();
+    void mapStage_data();
+    void mapStage();
+    void stopButtonInAttemptThree();
+    void secondInstanceRunsNoPrograms();
+    void neverShownDialog();
 };
 
 void NetworkTest::startLog_data()
@@ -204,6 +288,457 @@ void NetworkTest::bringUpLogs()
         m.write("drives/X/the.log", log);
     QCOMPARE(bringup::staticIpSucceeded(QStringLiteral("x:/THE.log")), staticOk);
     QCOMPARE(bringup::mapNetworkSucceeded(QStringLiteral("x:/the.LOG")), mapOk);
+}
+
+// ---- adapter inventory ----
+
+void NetworkTest::inventory_data()
+{
+    QTest::addColumn<QByteArrayList>("descriptions");   // device n is adapter n, from 1
+    QTest::addColumn<QString>("tweak");
+    QTest::addColumn<QStringList>("expected");          // "index description adapter-number"
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("one adapter") << QByteArrayList{"Card"} << "" << QStringList{"0 Card 1"} << 1;
+    QTest::newRow("debug in any case is hidden, indexes keep their gaps")
+        << QByteArrayList{"A", "Kernel DeBuG Adapter", "C"} << ""
+        << QStringList{"0 A 1", "2 C 3"} << 2;
+    QTest::newRow("two identical cards: both entries land on the first, the later winning")
+        << QByteArrayList{"A", "B"} << "same hardware id" << QStringList{"0 A 2"} << 1;
+    QTest::newRow("a missing Interfaces key still counts")
+        << QByteArrayList{"A"} << "no Interfaces" << QStringList{"0 A 1"} << 1;
+    QTest::newRow("no key under Adapters: dropped")
+        << QByteArrayList{"A", "B"} << "no Adapters key for 2" << QStringList{"0 A 1"} << 1;
+    QTest::newRow("six adapters: five counted, six listed")
+        << QByteArrayList{"A", "B", "C", "D", "E", "F"} << ""
+        << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"} << 5;
+    QTest::newRow("no NET device") << QByteArrayList{"A"} << "class System" << QStringList{} << 0;
+    QTest::newRow("class compared in upper case") << QByteArrayList{"A"} << "class net"
+                                                  << QStringList{"0 A 1"} << 1;
+    QTest::newRow("walk fails") << QByteArrayList{"A"} << "walk fails" << QStringList{} << 0;
+    QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered")
+        << QByteArrayList{"A", "debug"} << "no class key" << QStringList{"0 A 0", "1 debug 0"} << 2;
+    QTest::newRow("a class subkey name of 2047 characters is read")
+        << QByteArrayList{"A"} << "subkey 2047" << QStringList{"0 A 1"} << 1;
+    QTest::newRow("a class subkey name of 2048 characters is skipped")
+        << QByteArrayList{"A"} << "subkey 2048" << QStringList{} << 0;
+    QTest::newRow("NetCfgInstanceId of the wrong type")
+        << QByteArrayList{"A"} << "dword id" << QStringList{} << 0;
+}
+
+void NetworkTest::inventory()
+{
+    QFETCH(QByteArrayList, descriptions);
+    QFETCH(QString, tweak);
+    QFETCH(QStringList, expected);
+    QFETCH(int, count);
+    TestMachine m;
+    for (int n = 1; n <= descriptions.size(); ++n)
+        m.addAdapter(n, descriptions[n - 1], {}, tweak == "same hardware id" ? "PCI\\SAME" : "");
+    const QByteArray guid1 = TestMachine::adapterGuid(1);
+    if (tweak == "no Interfaces")
+        m.netReg.replace("Interfaces\\" + guid1, "Elsewhere\\" + guid1);
+    if (tweak == "no Adapters key for 2")
+        m.netReg.replace("Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere");
+    if (tweak.startsWith("class "))
+        m.netIni.replace("class=Net", "class=" + tweak.mid(6).toLatin1());
+    if (tweak == "no class key")
+        m.netReg.replace("Control\\Class", "Control\\Gone");
+    if (tweak.startsWith("subkey "))
+        m.netReg.replace("\\0001]", "\\" + QByteArray(tweak.mid(7).toInt(), 'k') + "]");
+    if (tweak == "dword id")
+        m.netReg.replace("\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001");
+    m.writeNetwork(tweak == "walk fails" ? "[network]\ndeviceWalkError=13\n" : "");
+
+    ip_settings net;
+    net.refreshAdapters();
+    QStringList got;
+    for (const adapterInfo &a : net.adapters) {
+        const int number = a.netCfgInstanceId.right(3).left(2).toInt();
+        got << QStringLiteral("%1 %2 %3").arg(a.index).arg(a.description).arg(number);
+        QCOMPARE(a.connectionName, number ? QStringLiteral("Net %1").arg(number) : QString());
+        QCOMPARE(a.classGuid, QStringLiteral("{4D36E972-E325-11CE-BFC1-08002BE10318}"));
+    }
+    QCOMPARE(got, expected);
+    QCOMPARE(net.getAdapterCount(), count);
+    QVERIFY(net.classEntries.isEmpty() && net.filteredAdapters.isEmpty());
+}
+
+void NetworkTest::classGuidText_data()
+{
+    QTest::addColumn<QString>("guid");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("network class") << "{4d36e972-e325-11ce-bfc1-08002be10318}"
+                                   << "{4D36E972-E325-11CE-BFC1-08002BE10318}";
+    QTest::newRow("first three fields unpadded, the bytes padded")
+        << "{0000e972-0025-0001-0001-08002be10318}" << "{E972-25-1-0001-08002BE10318}";
+}
+
+void NetworkTest::classGuidText()
+{
+    QFETCH(QString, guid);
+    QFETCH(QString, text);
+    const QUuid u(guid);
+    NetDeviceRecord d;
+    d.guidData1 = u.data1;
+    d.guidData2 = u.data2;
+    d.guidData3 = u.data3;
+    std::copy(u.data4, u.data4 + 8, d.guidData4);
+    QCOMPARE(ip_settings::classGuidText(d), text);
+}
+
+void NetworkTest::nameServer_data()
+{
+    QTest::addColumn<QByteArray>("value");   // as registry.reg writes it
+    QTest::addColumn<bool>("staticDns");
+    QTest::addColumn<QStringList>("dns");
+
+    const QByteArray fits(259, '1');   // 518 bytes and the terminator: the whole 520-byte buffer
+    QTest::newRow("none: the machine-wide servers")
+        << QByteArray() << false << QStringList{"10.0.0.1", "10.0.0.2"};
+    QTest::newRow("two addresses replace them")
+        << QByteArray("\"1.1.1.1,2.2.2.2\"") << true << QStringList{"1.1.1.1", "2.2.2.2"};
+    QTest::newRow("empty parts and bad addresses stay as null addresses")
+        << QByteArray("\"1.1.1.1,,x\"") << true << QStringList{"1.1.1.1", "", ""};
+    QTest::newRow("an empty value is no static DNS")
+        << QByteArray("\"\"") << false << QStringList{"10.0.0.1", "10.0.0.2"};
+    QTest::newRow("filling the 520-byte buffer exactly is read")
+        << "\"" + fits + "\"" << true << QStringList{""};
+    QTest::newRow("one character more does not fit: no read")
+        << "\"" + fits + "1\"" << false << QStringList{"10.0.0.1", "10.0.0.2"};
+    QTest::newRow("a DWORD is no name server")
+        << QByteArray("dword:01010101") << false << QStringList{"10.0.0.1", "10.0.0.2"};
+}
+
+void NetworkTest::nameServer()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(bool, staticDns);
+    QFETCH(QStringList, dns);
+    TestMachine m;
+    const QString guid = m.addAdapter(1, "Card");
+    const QByteArray extraReg = value.isEmpty() ? QByteArray()
+        : "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\Interfaces\\"
+            + guid.toLatin1() + "]\n\"NameServer\"=" + value + "\n";
+    m.writeNetwork("[network]\ndnsServers=10.0.0.1,10.0.0.2\n", extraReg);
+    ip_settings net;
+    net.refreshAdapters();
+    QCOMPARE(net.adapters.size(), 1);
+    net.getAdapterStatus(0);
+    const adapterInfo &a = net.adapters[0];
+    QCOMPARE(a.staticDns, staticDns);
+    QStringList got;
+    for (const QHostAddress &h : a.dnsServers)
+        got << h.toString();
+    QCOMPARE(got, dns);
+}
+
+void NetworkTest::reportLines_data()
+{
+    QTest::addColumn<QByteArray>("ipHelper");
+    QTest::addColumn<QByteArray>("machine");
+    QTest::addColumn<QString>("report");
+
+    const QString head = "Card\nMAC Address: 00-15-5D-4A-01-0B\nOperation status: Connected\n"
+                         "Network Connection: Net 1\n";
+    QTest::newRow("static address")
+        << QByteArray("address=192.168.1.50/255.255.255.0,10.0.0.9/255.0.0.0\ngateway=192.168.1.1\n"
+                      "mac=00:15:5d:4a:01:0b\n")
+        << QByteArray("[firewall]\nstate=on\n")
+        << head + "DHCP Enabled: No\nIP Address: 192.168.1.50\nSubnet Mask: 255.255.255.0\n"
+                  "Default Gateway: 192.168.1.1\nDNS Server: 10.0.0.1\nFirewall: On";
+    QTest::newRow("DHCP with its server")
+        << QByteArray("address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\nmac=00-15-5D-4A-01-0B\n")
+        << QByteArray()
+        << head + "DHCP Enabled: Yes\nDHCP Server: 10.1.1.1\nIP Address: 10.1.1.5\n"
+                  "Subnet Mask: 255.255.0.0\nDefault Gateway: \nDNS Server: 10.0.0.1\nFirewall: Off";
+    QTest::newRow("DHCP enabled with no entry: No, and no address lines")
+        << QByteArray("listed=0\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
+        << head + "DHCP Enabled: No\nDNS Server: 10.0.0.1\nFirewall: Off";
+    QTest::newRow("GetIfEntry fails: no MAC, disconnected")
+        << QByteArray("ifEntryError=31\naddress=10.1.1.5/255.0.0.0\n") << QByteArray()
+        << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
+           "DHCP Enabled: No\nIP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n"
+           "DNS Server: 10.0.0.1\nFirewall: Off";
+    QTest::newRow("addresses that do not parse print as nothing")
+        << QByteArray("address=300.1.1.1/mask\ngateway=gw\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
+        << head + "DHCP Enabled: No\nIP Address: \nSubnet Mask: \nDefault Gateway: \n"
+                  "DNS Server: 10.0.0.1\nFirewall: Off";
+    QTest::newRow("firewall manager unavailable reads Off; IP Helper failing")
+        << QByteArray("mac=00-15-5D-4A-01-0B\n")
+        << QByteArray("[firewall]\nstate=unavailable\n[network]\nadaptersInfoError=122\n"
+                      "networkParamsError=8\n")
+        << head + "DHCP Enabled: No\nFirewall: Off";
+    QTest::newRow("interface table fails: status stays 0")
+        << QByteArray("mac=00-15-5D-4A-01-0B\n") << QByteArray("[network]\ninterfaceInfoError=50\n")
+        << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
+           "DHCP Enabled: No\nIP Address: 0.0.0.0\nSubnet Mask: 0.0.0.0\nDefault Gateway: \n"
+           "DNS Server: 10.0.0.1\nFirewall: Off";
+}
+
+void NetworkTest::reportLines()
+{
+    QFETCH(QByteArray, ipHelper);
+    QFETCH(QByteArray, machine);
+    QFETCH(QString, report);
+    TestMachine m;
+    m.addAdapter(1, "Card", ipHelper);
+    m.writeNetwork("[network]\ndnsServers=10.0.0.1\n" + machine);
+    ip_settings net;
+    QCOMPARE(net.getAdapterStatus(0), QStringLiteral("No Adapter"));
+    net.refreshAdapters();
+    QCOMPARE(net.getAdapterStatus(0), report);
+    QCOMPARE(net.adapterStatus, report.contains("status: Connected") ? 5 : 0);
+    QCOMPARE(net.computerName, QStringLiteral("MINWINPC"));
+}
+
+void NetworkTest::reportReadsBack_data()
+{
+    QTest::addColumn<QByteArray>("ipHelper");
+    QTest::addColumn<bool>("firewall");
+    QTest::addColumn<NetworkCondition>("facts");
+
+    QTest::newRow("static, connected")
+        << QByteArray("address=192.168.1.50/255.255.255.0\ngateway=192.168.1.1\n") << true
+        << condition(1, 1, 0, "192.168.1.50", "255.255.255.0", "10.0.0.1", "192.168.1.1");
+    QTest::newRow("DHCP, disconnected")
+        << QByteArray("address=10.1.1.5/255.0.0.0\ngateway=10.1.1.1\ndhcp=1\ndhcpServer=10.1.1.1\n"
+                      "status=disconnected\n")
+        << false << condition(0, 0, 1, "10.1.1.5", "255.0.0.0", "10.0.0.1", "10.1.1.1");
+    QTest::newRow("gateway 0.0.0.0 reads back empty")
+        << QByteArray("address=10.1.1.5/255.0.0.0\n") << false
+        << condition(1, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1", "");
+    QTest::newRow("not listed by IP Helper")
+        << QByteArray("listed=0\nstatus=3\n") << true << condition(0, 1, 0, "", "", "10.0.0.1", "");
+    QTest::newRow("IPv6-looking and odd texts go through as printed")
+        << QByteArray("address=::1/ffff::\ngateway=fe80::1\n") << false
+        << condition(1, 0, 0, "::1", "ffff::", "10.0.0.1", "fe80::1");
+}
+
+void NetworkTest::reportReadsBack()
+{
+    QFETCH(QByteArray, ipHelper);
+    QFETCH(bool, firewall);
+    QFETCH(NetworkCondition, facts);
+    TestMachine m;
+    m.addAdapter(1, "Card", ipHelper);
+    m.writeNetwork(QByteArray("[network]\ndnsServers=10.0.0.1\n[firewall]\nstate=")
+                   + (firewall ? "on" : "off") + "\n");
+    ip_settings net;
+    net.refreshAdapters();
+    NetworkCondition got;
+    parseAdapterReport(net.getAdapterStatus(0), got);
+    QCOMPARE(describe(got), describe(facts));
+}
+
+void NetworkTest::liveFactsAndFirstGateway()
+{
+    TestMachine m;
+    m.addAdapter(1, "Card", "address=10.1.1.5/255.0.0.0\ngateway=0.0.0.0\n");
+    ip_settings net;
+    net.refreshAdapters();
+    QVERIFY(net.getAdapterStatus(0).contains("\nDefault Gateway: \n"));
+
+    // DHCP delivers a gateway and the cable is pulled: the status follows, the gateway of the
+    // first report stays for the whole run.
+    m.netIni.replace("gateway=0.0.0.0", "gateway=10.1.1.1\nstatus=disconnected");
+    m.writeNetwork();
+    const QString later = net.getAdapterStatus(0);
+    QVERIFY(later.contains("Operation status: Disconnected"));
+    QVERIFY(later.contains("\nDefault Gateway: \n"));
+    QCOMPARE(net.adapters[0].gateways.size(), 2);
+
+    // An adapter that arrives after the first enumeration is not picked up by the report.
+    m.addAdapter(2, "Late");
+    net.getAdapterStatus(0);
+    QCOMPARE(net.getAdapterCount(), 1);
+}
+
+// ---- the panel ----
+
+void NetworkTest::adapterButtons()
+{
+    TestMachine m;
+    for (int n = 1; n <= 6; ++n)
+        m.addAdapter(n, "Card " + QByteArray::number(n), n == 2 ? "status=disconnected" : "");
+    resetGlobals();
+    my_shell1 shell;
+    shell.initTimer->stop();
+    // Three ticks only count; the fourth enumerates and makes the buttons without reports.
+    for (int tick = 1; tick <= 3; ++tick) {
+        shell.getSystemCondition();
+        QVERIFY(shell.netButtons.isEmpty());
+        QVERIFY(!shell.noAdapterButton->isHidden());
+    }
+    shell.getSystemCondition();
+    QCOMPARE(shell.netButtons.size(), 5);
+    QVERIFY(shell.noAdapterButton->isHidden());
+    QCOMPARE(shell.netButtons[0]->toolTip(), QString());
+    shell.getSystemCondition();
+    QCOMPARE(shell.netButtons.size(), 5);
+    QVERIFY(shell.netButtons[0]->toolTip().startsWith("Card 1\nMAC Address: "));
+    QVERIFY(shell.netButtons[1]->toolTip().contains("Operation status: Disconnected"));
+    QVERIFY(shell.netButtons[4]->toolTip().startsWith("Card 5\n"));
+    QCOMPARE(shell.netInfo.adapters.size(), 6);
+
+    shell.netButtons[3]->click();
+    QVERIFY(m.journal().contains("start\topen\tIPcfg.exe\t\t1"));
+}
+
+void NetworkTest::staticStage_data()
+{
+    QTest::addColumn<QByteArray>("leaves");   // what the script leaves, [start.start_ip.cmd]
+    QTest::addColumn<QByteArray>("stale");    // a log on the drive before the first start; "-": none
+    QTest::addColumn<int>("starts");
+    QTest::addColumn<int>("ticks");
+
+    const QByteArray bad = "*.write=x:/static_ip.log\n*.text=Setting the address\\nNo adapter\n";
+    QTest::newRow("success at once") << QByteArray("1.write=x:/static_ip.log\n1.text=Ok.")
+                                     << QByteArray("-") << 1 << 5;
+    QTest::newRow("success on attempt 3")
+        << bad + "3.write=x:/static_ip.log\n3.text=Ok." << QByteArray("-") << 3 << 15;
+    QTest::newRow("the log missing every time: 26 seconds") << QByteArray() << QByteArray("-") << 5 << 26;
+    QTest::newRow("every attempt complains") << bad << QByteArray("-") << 5 << 26;
+    QTest::newRow("a stale good log counts at once") << QByteArray() << QByteArray("\r\nOk.\r\n\r\n") << 1 << 5;
+    QTest::newRow("a stale bad log is read again and again")
+        << QByteArray() << QByteArray("a\r\nb\r\n") << 5 << 26;
+    QTest::newRow("an empty log is success") << QByteArray() << QByteArray("") << 1 << 5;
+    QTest::newRow("log removed by the first run, written by the second")
+        << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.")
+        << QByteArray("a\nb\n") << 2 << 10;
+}
+
+void NetworkTest::staticStage()
+{
+    QFETCH(QByteArray, leaves);
+    QFETCH(QByteArray, stale);
+    QFETCH(int, starts);
+    QFETCH(int, ticks);
+    Medium m(leaves);
+    if (stale != "-")
+        m.write("drives/X/static_ip.log", stale);
+    resetGlobals();
+    my_shell1 shell;
+    shell.initTimer->stop();
+    shell.init();
+    QCOMPARE(shell.bringUpStage, 1);
+    QVERIFY(shell.desktop->waitPanel->isVisibleTo(shell.desktop));
+    QCOMPARE(shell.desktop->label_4()->text(), QStringLiteral("5"));
+
+    const QStringList trace = runStages(shell);
+    QCOMPARE(ticksOf(trace, 1), ticks);
+    QCOMPARE(trace.mid(0, 5), (QStringList{"1:1/4", "1:1/3", "1:1/2", "1:1/1", starts == 1 ? "1:1/5" : "1:2/5"}));
+    if (starts == 5)
+        QCOMPARE(trace[ticks - 2], QStringLiteral("1:6/5"));   // "6" shows for one second
+    QCOMPARE(m.count(staticStart), starts);
+    const QByteArray log = m.read("drives/X/init.log");
+    QCOMPARE(log.count("startIp=0\r\n"), starts);
+    // The mapping stage follows, then the programs.
+    QCOMPARE(ticksOf(trace, 2), 5);
+    QCOMPARE(m.count(mapStart), 1);
+    QCOMPARE(m.count(toolStart), 1);
+    QVERIFY(!shell.desktop->waitPanel->isVisibleTo(shell.desktop));
+    QVERIFY(m.journal().indexOf(QLatin1String(mapStart)) < m.journal().indexOf(QLatin1String(toolStart)));
+}
+
+void NetworkTest::mapStage_data()
+{
+    QTest::addColumn<QByteArray>("leaves");   // [start.map_network.cmd]
+    QTest::addColumn<int>("starts");
+    QTest::addColumn<int>("ticks");
+
+    QTest::newRow("success at once")
+        << QByteArray("1.write=x:/map_network.log\n1.text=The command completed successfully.") << 1 << 5;
+    QTest::newRow("one success line among errors, on attempt 2")
+        << QByteArray("1.write=x:/map_network.log\n1.text=System error 53 has occurred.\n"
+                      "2.append=x:/map_network.log\n2.text=The command completed successfully.\\nSystem error 5")
+        << 2 << 10;
+    QTest::newRow("lower-case success text never counts: 16 seconds")
+        << QByteArray("*.write=x:/map_network.log\n*.text=the command completed successfully.") << 3 << 16;
+    QTest::newRow("the log missing every time") << QByteArray() << 3 << 16;
+    QTest::newRow("an empty log is a retry") << QByteArray("*.write=x:/map_network.log") << 3 << 16;
+}
+
+void NetworkTest::mapStage()
+{
+    QFETCH(QByteArray, leaves);
+    QFETCH(int, starts);
+    QFETCH(int, ticks);
+    Medium m("", leaves, false);
+    resetGlobals();
+    my_shell1 shell;
+    shell.initTimer->stop();
+    shell.init();
+    // Without the static script the mapping begins at once; no menu opens on this road.
+    QCOMPARE(shell.bringUpStage, 2);
+    QVERIFY(!shell.mainMenu->isVisible());
+    QCOMPARE(shell.desktop->label()->text(), QStringLiteral("Trying to map network resource. Please wait..."));
+    const QStringList trace = runStages(shell);
+    QCOMPARE(ticksOf(trace, 2), ticks);
+    if (starts == 3)
+        QCOMPARE(trace[ticks - 2], QStringLiteral("2:4/5"));
+    QCOMPARE(m.count(mapStart), starts);
+    QCOMPARE(m.count(toolStart), 1);
+    QVERIFY(!m.read("drives/X/init.log").contains("startIp="));
+}
+
+void NetworkTest::stopButtonInAttemptThree()
+{
+    Medium m("");
+    resetGlobals();
+    my_shell1 shell;
+    shell.initTimer->stop();
+    shell.init();
+    while (shell.desktop->label_3()->text() != "3" || shell.desktop->label_4()->text() != "3")
+        shell.checkStaticIP();
+    shell.desktop->toolButton()->click();
+    QCOMPARE(m.count(staticStart), 2);
+    QVERIFY(!shell.staticIpTimer->isActive());
+    // The mapping stage began at once, in the panel shown again.
+    QCOMPARE(shell.bringUpStage, 2);
+    QVERIFY(shell.mapNetworkTimer->isActive());
+    QVERIFY(shell.desktop->waitPanel->isVisibleTo(shell.desktop));
+    QCOMPARE(shell.desktop->label_3()->text(), QStringLiteral("1"));
+    shell.desktop->toolButton()->click();
+    QCOMPARE(m.count(mapStart), 0);
+    QCOMPARE(m.count(toolStart), 1);
+}
+
+void NetworkTest::secondInstanceRunsNoPrograms()
+{
+    Medium m("1.write=x:/static_ip.log");
+    resetGlobals();
+    secondInstance = true;
+    my_shell1 shell;
+    shell.initTimer->stop();
+    shell.init();
+    const QStringList trace = runStages(shell);
+    QCOMPARE(trace.size(), 10);
+    QCOMPARE(m.count(staticStart), 1);
+    QCOMPARE(m.count(mapStart), 1);
+    QCOMPARE(m.count(toolStart), 0);
+}
+
+void NetworkTest::neverShownDialog()
+{
+    TestMachine m;
+    resetGlobals();
+    my_shell1 shell;
+    shell.initTimer->stop();
+    static_ip_dlg *dialog = shell.staticIpDialog;
+    QCOMPARE(dialog->objectName(), QStringLiteral("static_ip"));
+    // The toolkit adds the title and system menu hints that a close button implies.
+    QCOMPARE(int(dialog->windowFlags()) & 0x8040003, 0x8040003);
+    QCOMPARE(dialog->result, -1);
+    QVERIFY(!dialog->isVisible());
+    // Its signal never reaches the panel: cancelling it leaves the stages alone.
+    QSignalSpy spy(dialog, &static_ip_dlg::needStopOperation);
+    shell.bringUpStage = 1;
+    shell.staticIpTimer->start(1000);
+    dialog->findChild<QPushButton *>("pushButton")->click();
+    QVERIFY(spy.size() >= 1);
+    QCOMPARE(spy.first().first().toInt(), -1);
+    QVERIFY(shell.staticIpTimer->isActive());
 }
 
 KELPIE_TEST_MAIN(NetworkTest)

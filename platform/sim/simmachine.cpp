@@ -1,8 +1,9 @@
 #include "simmachine.h"
+#include "simshared.h"
 
 #include <QStringList>
 
-namespace {
+namespace sim {
 
 QStringList listOf(const QString &text)
 {
@@ -26,6 +27,12 @@ bool boolOf(const QString &text, bool fallback)
         return false;
     return fallback;
 }
+
+} // namespace sim
+
+using namespace sim;
+
+namespace {
 
 bool hexOf(const QString &text, quint64 *out)
 {

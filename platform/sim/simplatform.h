@@ -3,7 +3,8 @@
 // registry (regedit export format), machine.ini the rest, journal.log one line per effect,
 // inbox.txt native messages sent from outside. docs/machine.md describes the folder.
 // One room a file: simplatform.cpp (folder, journal, machine.ini), simplatform_paths.cpp,
-// _registry, _volumes, _display (display and input), _processes (processes and starts), _inbox.
+// _registry, _volumes, _display (display and input), _processes (processes and starts), _inbox,
+// _network (adapters, IP Helper, workstation, firewall), _leavings (what a started program leaves).
 
 #include "platform/platform.h"
 #include "platform/sim/simmachine.h"
@@ -55,6 +56,15 @@ public:
     void sleepMs(int ms) override;
     RegValue readUserDword(const QString &key, const QString &name) override;
     bool writeUserDword(const QString &key, const QString &name, quint32 value) override;
+    DeviceWalk deviceWalk() override;
+    bool machineSubkeys(const QString &path, QList<RegSubkey> *answers) override;
+    RegStringRead machineString(const QString &path, const QString &name, int bufferBytes) override;
+    quint32 networkParams(QStringList *dnsServers) override;
+    quint32 adaptersInfo(QList<IpAdapterEntry> *entries) override;
+    quint32 interfaceInfo(QList<InterfaceRow> *rows) override;
+    IfEntryFacts interfaceEntry(const QString &adapterName) override;
+    WorkstationFacts workstationFacts() override;
+    FirewallFacts firewallFacts() override;
     quint32 logicalDrives() override;
     bool volumeReady(QChar letter) override;
     DeviceNumberAnswer deviceNumber(QChar letter) override;
@@ -123,6 +133,8 @@ private:
     // Whether the shell may write `growth` more bytes on the drive of path; counts them if so.
     bool writable(const QString &path, qint64 growth);
     qint64 freeBytes(QChar letter) const;
+    // What a started program leaves behind on the drives, as machine.ini's [start.<name>] says.
+    void leaveBehind(const QString &file);
     void startInboxTimer();
 
     QString m_root;            // absolute, clean
@@ -131,6 +143,7 @@ private:
 
     mutable SimMachineFacts m_facts;
     mutable FileStamp m_factsStamp;
+    mutable QByteArray m_factsContent;
     mutable bool m_factsLoaded = false;
     mutable bool m_workAreaSet = false;
     WorkArea m_workArea;
@@ -147,6 +160,7 @@ private:
     mutable QHash<QString, Listing> m_listings;
 
     QStringList m_journal;
+    QHash<QString, int> m_startCounts;   // lower-case file name -> starts so far
 
     // Bytes the shell has written on each drive since machine.ini was last read.
     mutable QHash<QChar, qint64> m_consumed;

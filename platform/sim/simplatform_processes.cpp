@@ -147,5 +147,8 @@ ShellResult SimPlatform::shellExecute(const QString &verb, const QString &file,
     if (f.endsWith(QLatin1String(".lnk"), Qt::CaseInsensitive)
         && shelllink::readFile(hostPath(f), &link) && !link.target.isEmpty())
         appendJournal({QStringLiteral("link"), f, link.target, link.arguments, link.workingDirectory});
-    return startAnswer(file);
+    const ShellResult r = startAnswer(file);
+    if (r.code > 32)
+        leaveBehind(file);
+    return r;
 }

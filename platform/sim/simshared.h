@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QString>
+#include <QStringList>
 
 namespace sim {
 
@@ -26,6 +27,11 @@ bool present(const QFileInfo &fi);
 
 // "X:..." with an ASCII letter.
 bool isDrivePath(const QString &p);
+
+// A comma-separated list of machine.ini, each part trimmed, empty parts left out.
+QStringList listOf(const QString &text);
+// 1/true/yes/on and 0/false/no/off, ignoring case; anything else gives the fallback.
+bool boolOf(const QString &text, bool fallback);
 
 // A journal field: tabs and line breaks become blanks.
 QString journalField(QString s);

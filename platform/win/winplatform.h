@@ -26,6 +26,16 @@ public:
     RegValue readUserDword(const QString &key, const QString &name) override;
     bool writeUserDword(const QString &key, const QString &name, quint32 value) override;
 
+    DeviceWalk deviceWalk() override;
+    bool machineSubkeys(const QString &path, QList<RegSubkey> *answers) override;
+    RegStringRead machineString(const QString &path, const QString &name, int bufferBytes) override;
+    quint32 networkParams(QStringList *dnsServers) override;
+    quint32 adaptersInfo(QList<IpAdapterEntry> *entries) override;
+    quint32 interfaceInfo(QList<InterfaceRow> *rows) override;
+    IfEntryFacts interfaceEntry(const QString &adapterName) override;
+    WorkstationFacts workstationFacts() override;
+    FirewallFacts firewallFacts() override;
+
     quint32 logicalDrives() override;
     bool volumeReady(QChar letter) override;
     DeviceNumberAnswer deviceNumber(QChar letter) override;
