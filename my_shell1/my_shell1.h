@@ -124,7 +124,7 @@ private:
     // The three hot keys and the keyboard hook, in Windows PE only.
     void registerKeys();
     // The status report of the first adapter the network subsystem knows; false without one.
-    bool firstAdapterReport(QString *report) const;
+    bool firstAdapterReport(QString *report);
 
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.
@@ -176,6 +176,7 @@ public:
     int bringUpStage = 0;
     dektopWidget *desktop = nullptr;
     saveChangingDialog *saveDialog = nullptr;
+    bool turnOffAsking = false;   // the save and turn off questions are up
     static_ip_dlg *staticIpDialog = nullptr;
     QList<my_PushButton *> netButtons;
     QList<myMenu *> subMenus;

@@ -18,12 +18,12 @@ namespace {
 const int swHide = 0;
 }
 
-bool my_shell1::firstAdapterReport(QString *report) const
+bool my_shell1::firstAdapterReport(QString *report)
 {
-    // The adapter inventory comes with the network work; until it does the shell knows no
-    // adapter, and the network counts as unchanged.
-    Q_UNUSED(report)
-    return false;
+    if (netInfo.getAdapterCount() <= 0)
+        return false;
+    *report = netInfo.getAdapterStatus(0);
+    return true;
 }
 
 void my_shell1::askToSaveChanges()
@@ -78,11 +78,14 @@ void my_shell1::askToSaveChanges()
 
 void my_shell1::shutDown()
 {
+    turnOffAsking = true;
     askToSaveChanges();
 
     turn_off_widget *dialog = new turn_off_widget(this);
     modalOpen = true;
-    if (dialog->exec() != QDialog::Accepted) {
+    const int result = dialog->exec();
+    turnOffAsking = false;
+    if (result != QDialog::Accepted) {
         delete dialog;
         modalOpen = false;
         return;
@@ -105,5 +108,14 @@ void my_shell1::closeEvent(QCloseEvent *event)
         return;
     }
     event->ignore();
-    shutDown();
+    // A close that comes while the questions are up (the system's, since they are modal) finds
+    // them already asked.
+    if (!turnOffAsking)
+        shutDown();
+    // The toolkit drops a close asked for while this one is being handled, so the close at the
+    // end of the question ends the shell here instead.
+    if (shuttingDown && isVisible()) {
+        event->accept();
+        emit closeApp();
+    }
 }

@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QDirIterator>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -497,9 +498,9 @@ void TestSettings::nothingLostWhateverTheStickDoes()
         m.writeOrDie(QStringLiteral("machine.ini"), (m.volumeSections + QStringLiteral("present=0\n")).toUtf8());
 
     bool boxShown = false;
-    QTimer *watch = whenModal<QMessageBox>([&](QMessageBox *b) { boxShown = true; b->done(QMessageBox::Ok); });
+    QPointer<QTimer> watch = whenModal<QMessageBox>([&](QMessageBox *b) { boxShown = true; b->done(QMessageBox::Ok); });
     button(d, "pushButton")->click();
-    delete watch;
+    delete watch.data();
     QVERIFY(!boxShown);   // failures on the stick are silent
     QCOMPARE(d.result(), int(QDialog::Accepted));
 
