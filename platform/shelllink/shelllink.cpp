@@ -1,7 +1,8 @@
 #include "shelllink.h"
 
+#include "replacefile.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <QTextCodec>
 #include <QtEndian>
 
@@ -535,11 +536,7 @@ bool readFile(const QString &path, Link *link)
 
 bool writeFile(const QString &path, const Link &link)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(write(link));
-    return file.commit();
+    return replaceFileContent(path, write(link));
 }
 
 } // namespace shelllink

@@ -1,12 +1,12 @@
 #include "simplatform.h"
 #include "simshared.h"
 
+#include "platform/shelllink/replacefile.h"
 #include "platform/shelllink/shelllink.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QtEndian>
 
 using namespace sim;
@@ -167,8 +167,7 @@ bool SimPlatform::saveFile(const QString &path, const QByteArray &content)
         return false;
     const qint64 growth = content.size() - (before.isFile() ? before.size() : 0);
     m_consumed[driveOf(path)] += growth - content.size();
-    QSaveFile file(host);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
+    if (!replaceFileContent(host, content)) {
         m_consumed[driveOf(path)] -= growth;
         return false;
     }

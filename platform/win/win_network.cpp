@@ -21,11 +21,6 @@
 
 namespace {
 
-const wchar_t *wide(const QString &s)
-{
-    return reinterpret_cast<const wchar_t *>(s.utf16());
-}
-
 // A wide text of at most `capacity` characters, read up to its first terminator.
 QString wideText(const wchar_t *text, size_t capacity)
 {

@@ -3,6 +3,8 @@
 
 #include "winplatform.h"
 
+#include "platform/shelllink/replacefile.h"
+
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
@@ -15,16 +17,10 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QStorageInfo>
 #include <vector>
 
 namespace {
-
-const wchar_t *wide(const QString &s)
-{
-    return reinterpret_cast<const wchar_t *>(s.utf16());
-}
 
 HANDLE openDevice(const QString &name, DWORD access, DWORD share)
 {
@@ -138,8 +134,7 @@ VolumeSpace WinPlatform::volumeSpace(QChar letter)
 
 bool WinPlatform::saveFile(const QString &path, const QByteArray &content)
 {
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    return replaceFileContent(path, content);
 }
 
 bool WinPlatform::makeFolder(const QString &path)
