@@ -20,9 +20,15 @@ const QDir::Filters everyEntry =
 // would come back cut, and a cut path must not be written into a shortcut.
 const int maxLinkPath = 259;
 
+// Whether a file is there. On Windows the toolkit takes a shortcut for a link and calls it absent
+// when its target is; the shortcut itself is what counts here.
 bool exists(const QString &path)
 {
-    return QFileInfo::exists(sys().hostPath(path));
+    const QFileInfo info(sys().hostPath(path));
+    if (info.exists())
+        return true;
+    QFile file(info.filePath());
+    return info.isSymLink() && file.open(QIODevice::ReadOnly);
 }
 
 // Copies a file without overwriting, through the platform's safe write.

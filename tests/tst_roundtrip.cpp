@@ -24,14 +24,19 @@ const QString menu = QStringLiteral("drives/X/Users/Default/AppData/Roaming/Micr
 
 void copyTree(const QString &from, const QString &to)
 {
-    QDirIterator it(from, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    // Shortcuts count as files: on Windows the toolkit would take them for links to follow.
+    QDirIterator it(from, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString source = it.next();
         const QString target = to + source.mid(from.size());
-        if (it.fileInfo().isDir())
+        if (it.fileInfo().isDir() && !it.fileInfo().isSymLink()) {
             QVERIFY(QDir().mkpath(target));
-        else
-            QVERIFY(QFile::copy(source, target));
+            continue;
+        }
+        QFile in(source), out(target);
+        QVERIFY(in.open(QIODevice::ReadOnly) && out.open(QIODevice::WriteOnly));
+        QCOMPARE(out.write(in.readAll()), in.size());
     }
 }
 

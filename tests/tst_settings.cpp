@@ -53,7 +53,7 @@ QMap<QString, QByteArray> filesBelow(const TestMachine &m, const QString &relati
 {
     QMap<QString, QByteArray> files;
     const QString root = m.folder() + QLatin1Char('/') + relative;
-    QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    QDirIterator it(root, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString path = it.next();
         files.insert(path.mid(root.size()), m.read(relative + path.mid(root.size())));

@@ -414,6 +414,9 @@ bool read(const QByteArray &data, Link *link)
         } else {
             *s.field = fromAnsi(QByteArray(reinterpret_cast<const char *>(p), count));
         }
+        // Some writers count the terminator in.
+        while (s.field->endsWith(QChar(0)))
+            s.field->chop(1);
     }
 
     // Extra data runs to a terminal block; a damaged tail is dropped, the rest stands.
