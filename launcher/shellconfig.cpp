@@ -1,10 +1,7 @@
 #include "shellconfig.h"
 
+#include "my_shell1/linefile.h"
 #include "platform/platform.h"
-
-#include <QFile>
-#include <QTextCodec>
-#include <QTextStream>
 
 namespace shellconfig {
 
@@ -22,7 +19,7 @@ template <typename F>
 bool forEachLine(const QString &drivePath, F f)
 {
     QStringList lines;
-    if (!readLines(sys().hostPath(drivePath), &lines))
+    if (!linefile::readLines(sys().hostPath(drivePath), &lines))
         return false;
     for (int i = 0; i < lines.size(); ++i)
         f(lines[i], i + 1);
@@ -30,23 +27,6 @@ bool forEachLine(const QString &drivePath, F f)
 }
 
 } // namespace
-
-bool readLines(const QString &hostPath, QStringList *lines)
-{
-    QFile file(hostPath);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    QTextStream in(&file);
-    in.setCodec(QTextCodec::codecForName("UTF-8"));
-    in.setAutoDetectUnicode(false);
-    QString line;
-    while (in.readLineInto(&line)) {
-        line.remove(QLatin1Char('\r'));
-        line.remove(QLatin1Char('\n'));
-        lines->append(line);
-    }
-    return true;
-}
 
 QStringList splitFields(const QString &value)
 {

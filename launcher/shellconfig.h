@@ -66,9 +66,6 @@ inline const char *fileName() { return "data_shell.cfg"; }
 
 // Fields of a value split at "|", empty fields kept.
 QStringList splitFields(const QString &value);
-// The lines of a line-oriented file (this one, _kelpie.ini, the logs) as the shell reads them:
-// UTF-8 whatever the first bytes say, every CR and LF taken out. A host path, so that a tool without a machine can use it; false if it won't open.
-bool readLines(const QString &hostPath, QStringList *lines);
 
 // Base 10; what is not a number is 0.
 int number(const QString &field);

@@ -1,6 +1,7 @@
 #include "startup.h"
 
 #include "globals.h"
+#include "linefile.h"
 #include "my_shell1.h"
 #include "platform/platform.h"
 #include "launcher/shellconfig.h"
@@ -86,7 +87,7 @@ int scanSettingsFile()
             continue;
         // The first drive that holds the file ends the scan, whatever the file holds.
         QStringList lines;
-        shellconfig::readLines(path, &lines);
+        linefile::readLines(path, &lines);
         for (const QString &line : qAsConst(lines)) {
             if (line.startsWith(QLatin1String("appRun="))) {
                 appRun = line.mid(7);

@@ -5,27 +5,6 @@
 #include <QFile>
 #include <QStringList>
 
-namespace netread {
-
-bool nextLine(QIODevice &file, QString *line)
-{
-    if (file.atEnd())
-        return false;
-    QByteArray raw = file.readLine(maxLineBytes);
-    // A line longer than the limit keeps its head and the rest up to its line feed is dropped,
-    // so a log of one endless line costs bounded memory and no hang.
-    if (!raw.endsWith('\n')) {
-        while (!file.atEnd() && !file.readLine(maxLineBytes).endsWith('\n')) {
-        }
-    }
-    *line = QString::fromUtf8(raw);
-    line->remove(QLatin1Char('\n'));
-    line->remove(QLatin1Char('\r'));
-    return true;
-}
-
-} // namespace netread
-
 void readStartNetwork(NetworkCondition &record)
 {
     record.bootLetter.clear();

@@ -3,6 +3,8 @@
 // report, compared, saved. The report's line forms are a format: the writer (ip_settings) and
 // the parser here agree character by character.
 
+#include "my_shell1/linefile.h"
+
 #include <QString>
 
 class QIODevice;
@@ -28,9 +30,8 @@ void parseAdapterReport(const QString &report, NetworkCondition &record);
 // with a static address the four addresses do.
 bool networkChanged(const NetworkCondition &a, const NetworkCondition &b);
 
+// The logs are read by the shell's one line rule.
 namespace netread {
-// One line of a line-oriented file, at most maxLineBytes of it (the rest of an overlong line is
-// skipped); false at the end. Every "\n" and "\r" is taken out, the text read as UTF-8.
-bool nextLine(QIODevice &file, QString *line);
-const qint64 maxLineBytes = 1 << 20;
+using linefile::maxLineBytes;
+using linefile::nextLine;
 } // namespace netread

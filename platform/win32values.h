@@ -27,7 +27,15 @@ constexpr int vkLMenu = 0xA4;
 constexpr int hcAction = 0;
 constexpr quint32 llkhfUp = 0x80;
 
-constexpr quint32 regDword = 4;                  // REG_DWORD
+// Registry value types.
+constexpr quint32 regNone = 0;
+constexpr quint32 regSz = 1;
+constexpr quint32 regExpandSz = 2;
+constexpr quint32 regBinary = 3;
+constexpr quint32 regDword = 4;
+constexpr quint32 regMultiSz = 7;
+constexpr quint32 regQword = 11;
+
 constexpr quint32 fileDeviceDisk = 7;            // FILE_DEVICE_DISK
 constexpr quint32 storageDeviceNumberSize = 12;  // sizeof(STORAGE_DEVICE_NUMBER)
 

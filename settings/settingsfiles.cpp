@@ -1,6 +1,6 @@
 #include "settingsfiles.h"
 
-#include "network/netcondition.h"
+#include "my_shell1/linefile.h"
 
 #include <QIODevice>
 #include <QRegularExpression>
@@ -20,7 +20,7 @@ KelpieSettings readKelpieSettings(QIODevice &file)
         {QLatin1String("pwd="), &s.pwd},             {QLatin1String("build="), &s.build},
     };
     QString line;
-    while (netread::nextLine(file, &line)) {
+    while (linefile::nextLine(file, &line)) {
         for (const auto &k : keys) {
             if (line.startsWith(k.key))
                 *k.value = line.mid(k.key.size());
@@ -59,7 +59,7 @@ QStringList readLogLines(QIODevice &file)
 {
     QStringList lines;
     QString line;
-    while (netread::nextLine(file, &line))
+    while (linefile::nextLine(file, &line))
         lines.append(line);
     return lines;
 }

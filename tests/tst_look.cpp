@@ -3,6 +3,7 @@
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
 #include "look/chook_style.h"
+#include "look/resources.h"
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 
@@ -45,6 +46,7 @@ class TestLook : public QObject
 private slots:
     void init() { resetGlobals(); }
 
+    void clockAngles_data();
     void clockAngles();
     void clockHandsPointWhereTheAnglesSay();
     void clockWidget();
@@ -52,25 +54,35 @@ private slots:
     void aboutTextsAndButton();
     void aboutMaskCutsTransparentParts();
 
-    void styleSheets();
+    void buttonSheetsNameTheirOwnBuiltInPictures_data();
+    void buttonSheetsNameTheirOwnBuiltInPictures();
     void stylePolishes();
+    void stylePicksPicture_data();
     void stylePicksPicture();
     void styleDrawsOnlyButtonsUnscaledAtOrigin();
 };
 
+void TestLook::clockAngles_data()
+{
+    QTest::addColumn<QTime>("time");
+    QTest::addColumn<double>("hour");
+    QTest::addColumn<double>("minute");
+    QTest::addColumn<double>("second");
+    QTest::newRow("the hour angle is not reduced below 360") << QTime(15, 30, 0) << 465.0 << 180.0 << 0.0;
+    QTest::newRow("seconds move the minute hand, minutes the hour hand")
+        << QTime(23, 59, 59) << 719.5 << 359.9 << 354.0;
+    QTest::newRow("milliseconds do not count") << QTime(6, 10, 30, 900) << 185.0 << 63.0 << 180.0;
+}
+
 void TestLook::clockAngles()
 {
-    const struct {
-        QTime time;
-        double hour, minute, second;
-    } rows[] = {{QTime(15, 30, 0), 465.0, 180.0, 0.0},   // the hour is not reduced
-                {QTime(23, 59, 59), 719.5, 359.9, 354.0},
-                {QTime(6, 10, 30, 900), 185.0, 63.0, 180.0}};   // milliseconds do not count
-    for (const auto &r : rows) {
-        QCOMPARE(analog_clock::hourAngle(r.time), r.hour);
-        QCOMPARE(analog_clock::minuteAngle(r.time), r.minute);
-        QCOMPARE(analog_clock::secondAngle(r.time), r.second);
-    }
+    QFETCH(QTime, time);
+    QFETCH(double, hour);
+    QFETCH(double, minute);
+    QFETCH(double, second);
+    QCOMPARE(analog_clock::hourAngle(time), hour);
+    QCOMPARE(analog_clock::minuteAngle(time), minute);
+    QCOMPARE(analog_clock::secondAngle(time), second);
 }
 
 void TestLook::clockHandsPointWhereTheAnglesSay()
@@ -126,7 +138,7 @@ void TestLook::aboutTextsAndButton()
 
 void TestLook::aboutMaskCutsTransparentParts()
 {
-    const QImage picture = QImage(":/my_shell1/Resources/fonAbout.png")
+    const QImage picture = QImage(shellResource("fonAbout.png"))
                                .convertToFormat(QImage::Format_ARGB32);
     const QRegion mask = aboutDlg(nullptr).mask();
     int seen[2] = {0, 0};   // clear, solid
@@ -142,21 +154,28 @@ void TestLook::aboutMaskCutsTransparentParts()
     QVERIFY(seen[0] > 0 && seen[1] > 0);
 }
 
-void TestLook::styleSheets()
+void TestLook::buttonSheetsNameTheirOwnBuiltInPictures_data()
 {
-    QCOMPARE(menuStyleSheet(),
-             QStringLiteral("QMenu {background-color: #134c78; border: 1px solid black;}"
-                            "QMenu::item {background-color: #134c78; color: #FFFFFF;}"
-                            "QMenu::item:selected {background-color: #F4DB8F; color: #083894;}"));
-    QCOMPARE(restartButtonStyleSheet(),
-             QStringLiteral("QPushButton{border: 0px solid #000105;border-radius: 6px;background: "
-                            "url(:/my_shell1/Resources/buttn_r_normal.png);}QPushButton:hover "
-                            "{background: url(:/my_shell1/Resources/buttn_r_hover.png);}"
-                            "QPushButton:pressed {background: "
-                            "url(:/my_shell1/Resources/buttn_r_pressed.png);}"));
-    QCOMPARE(QString(turnOffButtonStyleSheet()).replace("buttn_t_", "buttn_r_"),
-             restartButtonStyleSheet());
-    QCOMPARE(whiteLargePrefix(), white + "<font size=4>");
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QString>("letter");
+    QTest::newRow("restart") << restartButtonStyleSheet() << "r";
+    QTest::newRow("turn off") << turnOffButtonStyleSheet() << "t";
+}
+
+void TestLook::buttonSheetsNameTheirOwnBuiltInPictures()
+{
+    QFETCH(QString, sheet);
+    QFETCH(QString, letter);
+    // Normal, hover and pressed, in that order, each a picture that the program carries.
+    QStringList pictures;
+    QRegularExpressionMatchIterator url = QRegularExpression("url\\(([^)]*)\\)").globalMatch(sheet);
+    while (url.hasNext())
+        pictures << url.next().captured(1);
+    QCOMPARE(pictures, QStringList({shellResource("buttn_" + letter + "_normal.png"),
+                                    shellResource("buttn_" + letter + "_hover.png"),
+                                    shellResource("buttn_" + letter + "_pressed.png")}));
+    for (const QString &p : pictures)
+        QVERIFY2(!QPixmap(p).isNull(), qPrintable(p));
 }
 
 void TestLook::stylePolishes()
@@ -186,22 +205,24 @@ void TestLook::stylePolishes()
     }
 }
 
+void TestLook::stylePicksPicture_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("look");
+    const int on = QStyle::State_Enabled;
+    QTest::newRow("enabled: normal") << on << "normal";
+    QTest::newRow("enabled under the mouse: hover") << (on | QStyle::State_MouseOver) << "hover";
+    QTest::newRow("disabled under the mouse: normal") << int(QStyle::State_MouseOver) << "normal";
+    QTest::newRow("sunken: pressed") << (on | QStyle::State_Sunken | QStyle::State_MouseOver) << "pressed";
+    QTest::newRow("checked, even disabled: pressed") << int(QStyle::State_On) << "pressed";
+}
+
 void TestLook::stylePicksPicture()
 {
-    const int on = QStyle::State_Enabled;
-    const QPair<int, QString> rows[] = {
-        {on, "normal"},
-        {on | QStyle::State_MouseOver, "hover"},
-        {QStyle::State_MouseOver, "normal"},   // disabled under the mouse
-        {on | QStyle::State_Sunken | QStyle::State_MouseOver, "pressed"},
-        {QStyle::State_On, "pressed"}};   // checked, even when disabled
-    for (const auto &r : rows) {
-        const QString restart = ":/my_shell1/Resources/buttn_r_" + r.second + ".png";
-        const QString turnOff = ":/my_shell1/Resources/buttn_t_" + r.second + ".png";
-        QCOMPARE(chook_style().pictureFor(QStyle::State(r.first)), restart);
-        QCOMPARE(chook_style_off().pictureFor(QStyle::State(r.first)), turnOff);
-        QVERIFY(!QPixmap(restart).isNull() && !QPixmap(turnOff).isNull());   // built in
-    }
+    QFETCH(int, state);
+    QFETCH(QString, look);
+    QCOMPARE(chook_style().pictureFor(QStyle::State(state)), shellResource("buttn_r_" + look + ".png"));
+    QCOMPARE(chook_style_off().pictureFor(QStyle::State(state)), shellResource("buttn_t_" + look + ".png"));
 }
 
 void TestLook::styleDrawsOnlyButtonsUnscaledAtOrigin()

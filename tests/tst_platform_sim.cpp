@@ -13,11 +13,12 @@ QByteArray utf16(const QString &s)
         + QByteArray(reinterpret_cast<const char *>(s.utf16()), s.size() * 2);
 }
 
+// Appends without a line end, as a writer caught half way would.
 void append(const TestMachine &m, const QString &relative, const QByteArray &text)
 {
     QFile f(m.folder() + "/" + relative);
-    if (f.open(QIODevice::Append))
-        f.write(text);
+    if (!f.open(QIODevice::Append) || f.write(text) != text.size())
+        qFatal("cannot append to %s", qPrintable(relative));
 }
 
 const QString morvane = QStringLiteral("HKCU\\Software\\Morvane Works");
@@ -118,7 +119,7 @@ private slots:
                 "  03,ff\r\n"
                 "\"Expand\"=hex(2):25,00,41,00,25,00,00,00\r\n\r\n");
         const RegValue v = m.sim->readUserDword("software\\MORVANE WORKS", "winpe");
-        QVERIFY(v.found && v.type == 4 && v.data == 14);
+        QVERIFY(v.found && v.type == win32::regDword && v.data == 14);
         QVERIFY(!m.sim->readUserDword("Software\\Morvane Works", "Nope").found);
         QVERIFY(!m.sim->readUserDword("Software\\Nobody", "WinPE").found);
         QVERIFY(m.sim->writeUserDword("Software\\Morvane Works\\Tessel Imager", "Language", 1049));
@@ -139,10 +140,10 @@ private slots:
             QCOMPARE(p->readValue(morvane, QString()).text, QStringLiteral("default"));
             QCOMPARE(p->readValue(morvane, "Path").text, QStringLiteral("C:\\Tools\\\"q\""));
             const RegData blob = p->readValue(morvane, "Blob");
-            QVERIFY(blob.type == 3 && blob.dword == 0xff030201u);
+            QVERIFY(blob.type == win32::regBinary && blob.dword == 0xff030201u);
             QCOMPARE(blob.bytes, QByteArray("\x01\x02\x03\xff", 4));
             const RegData expand = p->readValue(morvane, "Expand");
-            QVERIFY(expand.type == 2 && expand.text == "%A%");
+            QVERIFY(expand.type == win32::regExpandSz && expand.text == "%A%");
         }
     }
 
@@ -254,39 +255,40 @@ private slots:
         QCOMPARE(QString::fromUtf8(m.read("journal.log")), expected.join('\n') + '\n');
     }
 
+    void answersShellExecution_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("code");
+        QTest::newRow("a file on a drive, case ignored") << "X:\\Program Files\\Kelpie\\displayres.exe" << 42;
+        QTest::newRow("a bare name in the working directory") << "displayres.exe" << 42;
+        QTest::newRow("the runnable extensions are tried") << "DisplayRes" << 42;
+        QTest::newRow("a bare name in X:/Windows/System32") << "format.com" << 42;
+        QTest::newRow("a known system program") << "wpeutil.exe" << 42;
+        QTest::newRow("a system program in any case, no extension") << "TASKMGR" << 42;
+        QTest::newRow("quotes around the name") << "\"E:\\Desktop\\Tool.lnk\"" << 42;
+        QTest::newRow("a folder opens") << "X:\\Program Files" << 42;
+        QTest::newRow("a missing file") << "X:\\Program Files\\kelpie\\gone.exe" << 2;
+        QTest::newRow("no name") << "" << 2;
+        QTest::newRow("a commented start line's name") << "x:\\program files\\kelpie\\; tool.exe" << 2;
+        QTest::newRow("a missing folder") << "X:\\Nowhere\\tool.exe" << 3;
+        QTest::newRow("a missing drive") << "Q:\\tool.exe" << 3;
+        QTest::newRow("a system program's name elsewhere") << "X:\\Tools\\wpeutil.exe" << 3;
+        QTest::newRow("a file of no runnable kind") << "X:\\Program Files\\kelpie\\readme.dat" << 31;
+        QTest::newRow("a file without extension") << "X:\\Program Files\\kelpie\\noext" << 31;
+    }
+
     void answersShellExecution()
     {
+        QFETCH(QString, file);
+        QFETCH(int, code);
         TestMachine m;
-        for (const char *file : {"drives/X/Program Files/kelpie/DisplayRes.exe",
-                                 "drives/X/Program Files/kelpie/readme.dat",
-                                 "drives/X/Program Files/kelpie/noext",
-                                 "drives/X/Windows/System32/format.com",
-                                 "drives/E/Desktop/Tool.LNK"})
-            m.write(file, "");
-        const QPair<const char *, qintptr> cases[] = {
-            {"X:\\Program Files\\Kelpie\\displayres.exe", 42},
-            {"displayres.exe", 42},              // working directory
-            {"DisplayRes", 42},                  // the runnable extensions are tried
-            {"format.com", 42},                  // X:/Windows/System32
-            {"wpeutil.exe", 42},                 // a system program
-            {"TASKMGR", 42},
-            {"\"E:\\Desktop\\Tool.lnk\"", 42},
-            {"X:\\Program Files", 42},           // a folder opens
-            {"X:\\Program Files\\kelpie\\gone.exe", 2},
-            {"", 2},
-            {"x:\\program files\\kelpie\\; tool.exe", 2},
-            {"X:\\Nowhere\\tool.exe", 3},
-            {"Q:\\tool.exe", 3},
-            {"X:\\Tools\\wpeutil.exe", 3},       // a system program, but elsewhere
-            {"X:\\Program Files\\kelpie\\readme.dat", 31},
-            {"X:\\Program Files\\kelpie\\noext", 31},
-        };
-        for (const auto &c : cases) {
-            const ShellResult r = m.sim->shellExecute("open", c.first, QString(), 1);
-            QVERIFY2(r.code == c.second, c.first);
-            QCOMPARE(r.lastError, c.second > 32 ? 0u : quint32(c.second));
-        }
-        QCOMPARE(m.sim->journal().size(), int(sizeof(cases) / sizeof(cases[0])));
+        m.drive('X', {{"Program Files/kelpie/DisplayRes.exe", ""}, {"Program Files/kelpie/readme.dat", ""},
+                      {"Program Files/kelpie/noext", ""}, {"Windows/System32/format.com", ""}});
+        m.drive('E', {{"Desktop/Tool.LNK", ""}});
+        const ShellResult r = m.sim->shellExecute("open", file, QString(), 1);
+        QCOMPARE(int(r.code), code);
+        QCOMPARE(r.lastError, code > 32 ? 0u : quint32(code));
+        QCOMPARE(m.journalOf("start").size(), 1);
     }
 
     void usesDefaultsWithoutMachineIni()
@@ -371,7 +373,8 @@ private slots:
         QVERIFY(!m.sim->volumeReady('F'));
         QVERIFY(!m.sim->volumeReady('G'));   // described, but no folder
         const DeviceNumberAnswer e = m.sim->deviceNumber('E');
-        QVERIFY(e.opened && e.ok && e.bytesReturned == 12 && e.deviceType == 7);
+        QVERIFY(e.opened && e.ok && e.bytesReturned == win32::storageDeviceNumberSize
+                && e.deviceType == win32::fileDeviceDisk);
         QCOMPARE(e.deviceNumber, 1u);
         // F refuses, C has no facts (a folder-backed drive), G cannot be opened.
         QVERIFY(m.sim->deviceNumber('F').opened && !m.sim->deviceNumber('F').ok);

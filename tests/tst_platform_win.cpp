@@ -191,11 +191,13 @@ private slots:
 
         // A folder is no disk: whatever the open does, no disk number may come back.
         const DeviceNumberAnswer folder = win.deviceNumber(letter);
-        if (folder.opened && folder.ok && folder.bytesReturned == 12 && folder.deviceType == 7)
+        const bool disk = folder.ok && folder.bytesReturned == win32::storageDeviceNumberSize
+            && folder.deviceType == win32::fileDeviceDisk;
+        if (folder.opened && disk)
             QSKIP(qPrintable(QStringLiteral("this system reports disk %1 (partition %2) for a "
                                             "folder-backed drive").arg(folder.deviceNumber)
                                  .arg(folder.partitionNumber)));
-        QVERIFY(!(folder.ok && folder.bytesReturned == 12 && folder.deviceType == 7));
+        QVERIFY(!disk);
         if (!folder.opened)
             QVERIFY(!folder.ok && folder.bytesReturned == 0);
     }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The project's whole test run: native build and suites, then the Windows cross build, its suites
-# under Wine, and the end-to-end start of autorun.exe. Any failing stage fails the run.
+# under Wine, and the boot of the demo medium under Wine. Any failing stage fails the run.
 set -euo pipefail
 
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)

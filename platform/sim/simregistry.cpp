@@ -224,21 +224,21 @@ bool SimRegistry::parse(const QByteArray &content)
             int p = 0;
             if (!readQuoted(data, p, &v.text) || !data.mid(p).trimmed().isEmpty())
                 continue;
-            v.type = RegSz;
+            v.type = win32::regSz;
         } else if (data.startsWith(QLatin1String("dword:"), Qt::CaseInsensitive)) {
             const QString digits = data.mid(6).trimmed();
             bool ok = false;
             v.dword = digits.toUInt(&ok, 16);
             if (!ok || digits.isEmpty() || digits.size() > 8)
                 continue;
-            v.type = RegDword;
+            v.type = win32::regDword;
         } else if (data.startsWith(QLatin1String("hex"), Qt::CaseInsensitive)) {
             const int colon = data.indexOf(QLatin1Char(':'));
             if (colon < 0)
                 continue;
             const QString head = data.left(colon).toLower();
             if (head == QLatin1String("hex")) {
-                v.type = RegBinary;
+                v.type = win32::regBinary;
             } else if (head.startsWith(QLatin1String("hex(")) && head.endsWith(QLatin1Char(')'))) {
                 bool ok = false;
                 v.type = head.mid(4, head.size() - 5).toUInt(&ok, 16);
@@ -267,11 +267,11 @@ QByteArray SimRegistry::serialize() const
             out += v.name.isEmpty() ? QStringLiteral("@")
                                     : QLatin1Char('"') + escaped(v.name) + QLatin1Char('"');
             out += QLatin1Char('=');
-            if (v.type == RegSz)
+            if (v.type == win32::regSz)
                 out += QLatin1Char('"') + escaped(v.text) + QLatin1Char('"');
-            else if (v.type == RegDword)
+            else if (v.type == win32::regDword)
                 out += QStringLiteral("dword:%1").arg(v.dword, 8, 16, QLatin1Char('0'));
-            else if (v.type == RegBinary)
+            else if (v.type == win32::regBinary)
                 out += QLatin1String("hex:") + hexText(v.bytes);
             else
                 out += QStringLiteral("hex(%1):").arg(v.type, 0, 16) + hexText(v.bytes);
@@ -353,20 +353,20 @@ RegData SimRegistry::readValue(const QString &key, const QString &name) const
             continue;
         out.found = true;
         out.type = v.type;
-        if (v.type == RegSz) {
+        if (v.type == win32::regSz) {
             out.text = v.text;
             out.bytes = utf16le(v.text, true);
-        } else if (v.type == RegDword) {
+        } else if (v.type == win32::regDword) {
             out.bytes.resize(4);
             for (int i = 0; i < 4; ++i)
                 out.bytes[i] = char((v.dword >> (8 * i)) & 0xff);
         } else {
             out.bytes = v.bytes;
-            if (v.type == RegExpandSz || v.type == RegMultiSz) {
+            if (v.type == win32::regExpandSz || v.type == win32::regMultiSz) {
                 QString s = fromUtf16le(v.bytes);
                 while (s.endsWith(QChar(0)))
                     s.chop(1);
-                out.text = v.type == RegMultiSz ? s.replace(QChar(0), QLatin1Char('\n'))
+                out.text = v.type == win32::regMultiSz ? s.replace(QChar(0), QLatin1Char('\n'))
                                                 : s.section(QChar(0), 0, 0);
             }
         }
@@ -419,7 +419,7 @@ void SimRegistry::writeDword(const QString &key, const QString &name, quint32 va
     if (norm.isEmpty())
         return;
     Value &v = ensureValue(norm, name == QLatin1String("@") ? QString() : name);
-    v.type = RegDword;
+    v.type = win32::regDword;
     v.dword = value;
     v.text.clear();
     v.bytes.clear();
@@ -431,7 +431,7 @@ void SimRegistry::writeString(const QString &key, const QString &name, const QSt
     if (norm.isEmpty())
         return;
     Value &v = ensureValue(norm, name == QLatin1String("@") ? QString() : name);
-    v.type = RegSz;
+    v.type = win32::regSz;
     v.text = value;
     v.dword = 0;
     v.bytes.clear();
@@ -444,15 +444,15 @@ void SimRegistry::writeBytes(const QString &key, const QString &name, quint32 ty
     if (norm.isEmpty())
         return;
     Value &v = ensureValue(norm, name == QLatin1String("@") ? QString() : name);
-    if (type == RegSz) {
+    if (type == win32::regSz) {
         QString s = fromUtf16le(bytes);
         v.text = s.section(QChar(0), 0, 0);
-        v.type = RegSz;
+        v.type = win32::regSz;
         v.bytes.clear();
         return;
     }
-    if (type == RegDword && bytes.size() == 4) {
-        v.type = RegDword;
+    if (type == win32::regDword && bytes.size() == 4) {
+        v.type = win32::regDword;
         v.dword = firstDword(bytes);
         v.bytes.clear();
         return;

@@ -3,27 +3,18 @@
 // Key paths start with the hive ("HKEY_CURRENT_USER\Software\..."; HKCU, HKLM, HKCR, HKU and
 // HKCC are accepted as short forms). Key and value names compare ignoring case, as in Windows.
 
+#include "platform/win32values.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-// Registry value types, as Windows numbers them.
-enum : quint32 {
-    RegNone = 0,
-    RegSz = 1,
-    RegExpandSz = 2,
-    RegBinary = 3,
-    RegDword = 4,
-    RegMultiSz = 7,
-    RegQword = 11,
-};
-
 // One value as read: its type and its data in the forms a caller may want.
 struct RegData {
     bool found = false;
-    quint32 type = RegNone;
+    quint32 type = win32::regNone;
     QString text;      // REG_SZ; REG_EXPAND_SZ and REG_MULTI_SZ decoded (multi: "\n"-joined)
     quint32 dword = 0; // REG_DWORD; for other types the first four bytes, little-endian
     QByteArray bytes;  // the raw data as Windows holds it (strings in UTF-16LE with terminator)
@@ -55,7 +46,7 @@ public:
 private:
     struct Value {
         QString name;       // "" is the default value
-        quint32 type = RegNone;
+        quint32 type = win32::regNone;
         QString text;       // REG_SZ
         quint32 dword = 0;  // REG_DWORD
         QByteArray bytes;   // every other type

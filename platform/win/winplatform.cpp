@@ -16,7 +16,10 @@ static_assert(win32::vkShift == VK_SHIFT && win32::vkControl == VK_CONTROL && wi
               && win32::vkLShift == VK_LSHIFT && win32::vkLControl == VK_LCONTROL
               && win32::vkLMenu == VK_LMENU, "virtual keys");
 static_assert(win32::hcAction == HC_ACTION && win32::llkhfUp == LLKHF_UP, "keyboard hook");
-static_assert(win32::regDword == REG_DWORD && win32::fileDeviceDisk == FILE_DEVICE_DISK
+static_assert(win32::regNone == REG_NONE && win32::regSz == REG_SZ && win32::regExpandSz == REG_EXPAND_SZ
+              && win32::regBinary == REG_BINARY && win32::regDword == REG_DWORD
+              && win32::regMultiSz == REG_MULTI_SZ && win32::regQword == REG_QWORD, "registry types");
+static_assert(win32::fileDeviceDisk == FILE_DEVICE_DISK
               && win32::storageDeviceNumberSize == sizeof(STORAGE_DEVICE_NUMBER), "device answers");
 static_assert(win32::seErrFileNotFound == SE_ERR_FNF && win32::seErrPathNotFound == SE_ERR_PNF,
               "shell execution errors");

@@ -5,6 +5,7 @@
 //   cfgcheck path/to/data_shell.cfg
 
 #include "launcher/shellconfig.h"
+#include "my_shell1/linefile.h"
 
 #include <QCoreApplication>
 #include <QMap>
@@ -19,7 +20,7 @@ int main(int argc, char *argv[])
         return 2;
     }
     QStringList lines;
-    if (!shellconfig::readLines(QString::fromLocal8Bit(argv[1]), &lines)) {
+    if (!linefile::readLines(QString::fromLocal8Bit(argv[1]), &lines)) {
         std::fprintf(stderr, "cannot open %s: the shell would show no entries, buttons or texts\n", argv[1]);
         return 1;
     }

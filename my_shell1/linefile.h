@@ -1,0 +1,21 @@
+#pragma once
+// Line-oriented files (data_shell.cfg, _kelpie.ini, the logs under x:/) as the shell reads them:
+// each line UTF-8 whatever the first bytes say, every "\n" and "\r" taken out.
+
+#include <QString>
+#include <QStringList>
+
+class QIODevice;
+
+namespace linefile {
+
+// At most this much of one line is kept and the rest of an overlong line skipped, so a file of
+// one endless line costs bounded memory.
+const qint64 maxLineBytes = 1 << 20;
+
+// The next line; false at the end.
+bool nextLine(QIODevice &file, QString *line);
+// Every line of the file at a host path; false if it won't open.
+bool readLines(const QString &hostPath, QStringList *lines);
+
+} // namespace linefile
