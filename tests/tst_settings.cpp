@@ -134,8 +134,6 @@ private slots:
     void volumeWalk_data();
     void volumeWalk();
     void groupsAndSaveButton();
-    void networkText_data();
-    void networkText();
     void filesASaveTouches_data();
     void filesASaveTouches();
     void bootVolumeMissing_data();
@@ -148,7 +146,6 @@ private slots:
     void retarget();
     void baseline_data();
     void baseline();
-    void savedTwin();
 };
 
 void TestSettings::composer_data()
@@ -326,29 +323,6 @@ void TestSettings::groupsAndSaveButton()
     QVERIFY(!button(d, "pushButton")->isEnabled());
     button(d, "pushButton_2")->click();
     QCOMPARE(d.result(), int(QDialog::Rejected));
-}
-
-void TestSettings::networkText_data()
-{
-    QTest::addColumn<NetworkCondition>("now");
-    QTest::addColumn<QString>("text");
-    NetworkCondition off;
-    off.firewall = 1;
-    QTest::newRow("disconnected says nothing more") << off << "Network: Disconnected";
-    NetworkCondition dhcp;
-    dhcp.network = 1;
-    dhcp.dhcp = 1;
-    QTest::newRow("DHCP") << dhcp << "Network: Connected\nDHCP: Enabled\nWirewall: Off";
-    QTest::newRow("static address")
-        << staticNet()
-        << "Network: Connected\nIP Address: 10.1.2.3\nMask: 255.0.0.0\nDNS: 10.0.0.1\nGateway: 10.0.0.254\nWirewall: On";
-}
-
-void TestSettings::networkText()
-{
-    QFETCH(NetworkCondition, now);
-    QFETCH(QString, text);
-    QCOMPARE(networkSummary(now), text);
 }
 
 void TestSettings::filesASaveTouches_data()
@@ -694,21 +668,6 @@ void TestSettings::baseline()
     QStringList found;
     QCOMPARE(findAddedFiles(found, desktopConditionLog, desktopPath), !added.isEmpty());
     QCOMPARE(found, added);
-}
-
-void TestSettings::savedTwin()
-{
-    TestMachine m;
-    m.addStick('E', 1);
-    m.writeOrDie(QStringLiteral("drives/E/Desktop.1/Users/Default/Desktop/a.lnk"), "a");
-    m.writeOrDie(QStringLiteral("drives/E/Start Menu.1/Users/m/b.lnk"), "b");
-    removeSavedTwin(QStringLiteral("X:/Users/Default/Desktop/a.lnk"), QStringLiteral("Desktop.1"));
-    QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/a.lnk"), QByteArray("a"));   // no saved volume known
-    savedVolumeLetter = QStringLiteral("E");
-    removeSavedTwin(QStringLiteral("X:/Users/Default/Desktop/a.lnk"), QStringLiteral("Desktop.1"));
-    removeSavedTwin(QStringLiteral("X:/Users/m/b.lnk"), QStringLiteral("Start Menu.1"));
-    QVERIFY(!QFile::exists(m.folder() + "/drives/E/Desktop.1/Users/Default/Desktop/a.lnk"));
-    QVERIFY(!QFile::exists(m.folder() + "/drives/E/Start Menu.1/Users/m/b.lnk"));
 }
 
 KELPIE_TEST_MAIN(TestSettings)

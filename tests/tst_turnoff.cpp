@@ -2,7 +2,6 @@
 // of the loop; the dialog's own form and looks.
 
 #include "actions/turn_off_widget.h"
-#include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 #include "my_shell1/my_shell1.h"
 #include "settings/savechangingdialog.h"
@@ -66,7 +65,6 @@ private slots:
     void saveQuestionComesFirst_data();
     void saveQuestionComesFirst();
     void closeWhileSaveDialogIsOpen();
-    void dialogForm();
 };
 
 void TurnOffTest::stateTable_data()
@@ -227,19 +225,6 @@ void TurnOffTest::closeWhileSaveDialogIsOpen()
     QCOMPARE(seen.dialogs, 1);   // one question, not a second one inside the first
     QCOMPARE(closeApp.count(), 1);
     QCOMPARE(wpeutilStarts(m).size(), 1);
-}
-
-void TurnOffTest::dialogForm()
-{
-    screenWidth = 1024;
-    screenHeight = 768;
-    turn_off_widget d;
-    QCOMPARE(d.size(), QSize(314, 140));
-    QCOMPARE(d.pos(), QPoint(355, 314));
-    QCOMPARE(d.windowFlags() & (Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
-             Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    QCOMPARE(formWidget<QPushButton>(d, "pushButton_2")->styleSheet(), restartButtonStyleSheet());
-    QCOMPARE(formWidget<QPushButton>(d, "pushButton_3")->styleSheet(), turnOffButtonStyleSheet());
 }
 
 KELPIE_TEST_MAIN(TurnOffTest)
