@@ -60,7 +60,7 @@ click_in() {
     click $(($1 + $5)) $(($2 + $6))
 }
 
-save_dialog_up() { [ -n "$(window_named '^Save .hanges$')" ]; }
+save_dialog_up() { [ -n "$(window_named '^Save .+hanges$')" ]; }
 turn_off_dialog_up() { [ -n "$(window_named '^Select Action$')" ]; }
 
 finish_saved() {
@@ -102,7 +102,7 @@ finish_saved() {
     check second-boot-restores [ "$(link_target "$saved_desktop\\Old Tool.lnk")" = 'F:\Tools\Tool.exe' ]
     check second-turn-off-from-menu choose_turn_off
     check no-save-dialog-without-changes wait_for 15 turn_off_dialog_up
-    check no-save-dialog [ -z "$(window_named '^Save .hanges$')" ]
+    check no-save-dialog [ -z "$(window_named '^Save .+hanges$')" ]
     rect=$(window_named '^Select Action$')
     click_in "$rect" 267 121
     check cancel-keeps-shell wait_for 10 eval '! turn_off_dialog_up'
