@@ -174,6 +174,9 @@ void TestSettings::composer_data()
         utf16.append(c).append('\0');
     QTest::newRow("a UTF-16 file is not understood") << utf16
         << "imageLang=\r\nlang=\r\ntmz=\r\nnetwork=\r\nfirewall=\r\ntimeout=\r\nscreenRes=\r\npwd=\r\nbuild=";
+    QTest::newRow("one line of 2 MB is passed over, the next still counts")
+        << QByteArray(2 << 20, 'x') + "\nbuild=5"
+        << "imageLang=\r\nlang=\r\ntmz=\r\nnetwork=\r\nfirewall=\r\ntimeout=\r\nscreenRes=\r\npwd=\r\nbuild=5";
     QTest::newRow("no line end after the last line") << QByteArray("tmz=3\r\nbuild=99")
         << "imageLang=\r\nlang=\r\ntmz=3\r\nnetwork=\r\nfirewall=\r\ntimeout=\r\nscreenRes=\r\npwd=\r\nbuild=99";
 }
