@@ -33,6 +33,13 @@ QString shellVersion;
 QString webDefault;
 QList<RunEntry> toRunList;
 
+void storeProductFacts()
+{
+    productNumber = 14;
+    productVersion = QStringLiteral("14.0.1");
+    productCode = 0;
+}
+
 QFont &menuFont()
 {
     static QFont font(QStringLiteral("Tahoma"), 11);

@@ -41,6 +41,7 @@ extern QString menuStyle;
 extern int productNumber;
 extern QString productVersion;
 extern int productCode;
+void storeProductFacts();   // 14, "14.0.1", 0: what the start-up stores for the update exchange
 
 // Written by the status panel and the hide/show logic.
 extern int displayWidth;

@@ -7,7 +7,9 @@
 #include "desktop/dektopwidget.h"
 #include "launcher/appstart.h"
 #include "launcher/my_pushbutton.h"
+#include "look/resources.h"
 #include "network/bringuplog.h"
+#include "platform/win32values.h"
 
 #include <QIcon>
 #include <QLabel>
@@ -15,11 +17,17 @@
 
 namespace {
 
-const char netOnIcon[] = ":/my_shell1/Resources/net_on.png";
-const char netOffIcon[] = ":/my_shell1/Resources/web_of.png";
 const int firstPollTick = 3;
 const int lastStaticStep = 6;   // five attempts have failed
 const int lastMapStep = 4;      // three attempts have failed
+
+// The two adapter pictures, decoded once rather than on every report.
+const QIcon &netIcon(bool connected)
+{
+    static const QIcon on(shellResource(QStringLiteral("net_on.png")));
+    static const QIcon off(shellResource(QStringLiteral("web_of.png")));
+    return connected ? on : off;
+}
 
 // One second of a stage's countdown, which lives in the label itself. True on the tick that
 // writes 0: the attempt falls on it.
@@ -34,7 +42,7 @@ bool countDown(QLabel *seconds)
 
 void my_shell1::networkStep()
 {
-    // The count of before the enumeration: the tick that first finds adapters only makes their
+    // The count from before the enumeration: the tick that first finds adapters only makes their
     // buttons, the reports follow on the next.
     const int n = netInfo.getAdapterCount();
     if (n == 0 && adapterPollCount == firstPollTick)
@@ -43,7 +51,8 @@ void my_shell1::networkStep()
     for (int position = 0; position < n && position < netButtons.size(); ++position) {
         netButtons[position]->setToolTip(netInfo.getAdapterStatus(position));
         netButtons[position]->setIcon(
-            QIcon(QLatin1String(netInfo.adapterStatus == 5 ? netOnIcon : netOffIcon)));
+            netInfo.adapterStatus == qint32(win32::ifOperStatusOperational) ? netIcon(true)
+                                                                          : netIcon(false));
     }
 }
 
@@ -65,7 +74,7 @@ void my_shell1::updateNetworkButtons()
         button->setIconSize(QSize(16, 16));
         ui.horizontalLayout->addWidget(button);
         button->setFlat(true);
-        button->setIcon(QIcon(QLatin1String(netOffIcon)));
+        button->setIcon(netIcon(false));
         connect(button, &QPushButton::clicked, this, &my_shell1::startIpConf);
         netButtons.append(button);
     }

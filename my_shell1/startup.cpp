@@ -53,9 +53,7 @@ void applyApplicationLook(QApplication &app)
 {
     app.setStyleSheet(toolTipStyleSheet());
     menuStyle = menuStyleSheet();
-    productNumber = 14;
-    productVersion = QStringLiteral("14.0.1");
-    productCode = 0;
+    storeProductFacts();
 }
 
 bool readWinPeMode()

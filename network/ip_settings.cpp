@@ -1,6 +1,7 @@
 #include "ip_settings.h"
 
 #include "platform/platform.h"
+#include "platform/win32values.h"
 
 #include <QStringList>
 
@@ -8,9 +9,6 @@ namespace {
 
 const int maxShownAdapters = 5;
 const int valueBufferBytes = 520;
-const quint32 operational = 5;
-const quint16 variantTrue = 0xFFFF;
-const quint32 regSz = 1, regExpandSz = 2, regMultiSz = 7;
 
 const QString classRoot = QStringLiteral("system\\CurrentControlSet\\Control\\Class\\");
 const QString tcpipAdapters =
@@ -28,7 +26,7 @@ QStringList subkeysOf(const QString &path, bool *opened)
     for (const RegSubkey &a : answers) {
         if (a.result == 0)
             names.append(a.name);
-        else if (a.result != 234)
+        else if (a.result != win32::errorMoreData)
             break;
     }
     return names;
@@ -41,7 +39,7 @@ bool readString(const QString &path, const QString &name, QString *out)
     const RegStringRead r = sys().machineString(path, name, valueBufferBytes);
     if (!r.opened || r.result != 0)
         return false;
-    if (r.type != regSz && r.type != regExpandSz && r.type != regMultiSz)
+    if (r.type != win32::regSz && r.type != win32::regExpandSz && r.type != win32::regMultiSz)
         return false;
     const int units = qMin(r.data.size(), valueBufferBytes) / 2;
     QString text = QString::fromUtf16(reinterpret_cast<const char16_t *>(r.data.constData()), units);
@@ -289,7 +287,7 @@ void ip_settings::readInterfaceStatus()
 bool ip_settings::readFirewallState()
 {
     const FirewallFacts f = sys().firewallFacts();
-    firewallState = f.failedStep == 0 && f.hresult >= 0 && f.enabled == variantTrue ? 1 : 0;
+    firewallState = f.failedStep == 0 && f.hresult >= 0 && f.enabled == win32::variantTrue ? 1 : 0;
     return firewallState != 0;
 }
 
@@ -321,7 +319,7 @@ QString ip_settings::reportText(const adapterInfo &a, bool firewallOn)
     QStringList lines;
     lines << a.description;
     lines << QStringLiteral("MAC Address: ") + a.macAddress;
-    lines << (a.operStatus == operational ? QStringLiteral("Operation status: Connected")
+    lines << (a.operStatus == win32::ifOperStatusOperational ? QStringLiteral("Operation status: Connected")
                                           : QStringLiteral("Operation status: Disconnected"));
     lines << QStringLiteral("Network Connection: ") + a.connectionName;
     // An enabled adapter whose server is not known yet reads as No.

@@ -13,8 +13,8 @@
 #include <QtGlobal>
 #include <functional>
 
-#include "win32values.h"
 #include "platform/netfacts.h"
+#include "win32values.h"
 
 // Answer of a registry DWORD read: the call's outcome and what it found.
 struct RegValue {

@@ -43,4 +43,15 @@ constexpr quint32 storageDeviceNumberSize = 12;  // sizeof(STORAGE_DEVICE_NUMBER
 constexpr int seErrFileNotFound = 2;   // SE_ERR_FNF
 constexpr int seErrPathNotFound = 3;   // SE_ERR_PNF
 
+// The network roads: result codes, the operational states and the firewall manager's true.
+constexpr quint32 errorFileNotFound = 2;       // ERROR_FILE_NOT_FOUND
+constexpr quint32 errorInvalidParameter = 87;  // ERROR_INVALID_PARAMETER
+constexpr quint32 errorNoData = 232;           // ERROR_NO_DATA
+constexpr quint32 errorMoreData = 234;         // ERROR_MORE_DATA
+constexpr quint32 errorNoMoreItems = 259;      // ERROR_NO_MORE_ITEMS
+constexpr quint32 ifOperStatusDisconnected = 2;   // IF_OPER_STATUS_DISCONNECTED
+constexpr quint32 ifOperStatusOperational = 5;    // IF_OPER_STATUS_OPERATIONAL
+constexpr quint16 variantTrue = 0xFFFF;        // VARIANT_TRUE
+constexpr qint32 regdbClassNotRegistered = qint32(0x80040154);   // REGDB_E_CLASSNOTREG
+
 } // namespace win32

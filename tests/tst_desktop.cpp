@@ -94,308 +94,293 @@ class TestDesktop : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void listing_data();
-    void listing();
-    void gridPlacement_data();
-    void gridPlacement();
-    void newScreenSizeMovesTitleBoxAndGrid();
-    void poolOfHundredIsNeverExceeded();
-    void removeDeletesFileAndSavedCopy();
-    void startLinkMessages();
-    void startLinkBox_data();
-    void startLinkBox();
-    void longFolderPathPassesWhole();
-    void contextMenuAndRefresh();
-    void panelAndRemoveButtonSignals();
-    void iconByNameInEitherSlashForm();
-};
-
-void TestDesktop::listing_data()
-{
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("desktop.ini alone") << QStringList{"desktop.ini"} << QStringList();
-    QTest::newRow("desktop.ini in any case, beside a link")
-        << QStringList{"Desktop.INI", "Tool.lnk"} << QStringList{"Tool"};
-    QTest::newRow("only the exact name is passed over")
-        << QStringList{"desktop.ini.bak"} << QStringList{"desktop"};
-    QTest::newRow("label is the name up to its first point")
-        << QStringList{"Report.final.lnk"} << QStringList{"Report"};
-    // Folders stand among the files, not before them; hidden entries show too.
-    QTest::newRow("by name ignoring case")
-        << QStringList{"beta.lnk", "Alpha.lnk", "Zeta/inside.txt", "gamma.txt", ".hidden"}
-        << QStringList{"", "Alpha", "beta", "gamma", "Zeta"};
-}
-
-void TestDesktop::listing()
-{
-    QFETCH(QStringList, files);
-    QFETCH(QStringList, shown);
-    TestMachine m;
-    writeEntries(m, files);
-    ScreenDesktop d;
-    d.lay();
-    QCOMPARE(d.desktopCount, shown.size());
-    QCOMPARE(visibleTexts(d), shown);
-    // The first placed button takes the first cell, whatever was passed over.
-    if (!shown.isEmpty())
-        QCOMPARE(d.desktopButtons.at(0)->geometry(), QRect(20, 20, 110, 60));
-}
-
-void TestDesktop::gridPlacement_data()
-{
-    QTest::addColumn<int>("height");
-    QTest::addColumn<int>("perColumn");
-    QTest::newRow("600") << 600 << 8;
-    QTest::newRow("1080") << 1080 << 16;
-    // The next row landing exactly on the limit is still placed in the same column.
-    QTest::newRow("760 on the limit") << 760 << 11;
-}
-
-void TestDesktop::gridPlacement()
-{
-    QFETCH(int, height);
-    QFETCH(int, perColumn);
-    TestMachine m;
-    writeEntries(m, numbered(40));
-    ScreenDesktop d;
-    d.screen = QSize(800, height);
-    d.lay();
-    QCOMPARE(d.desktopCount, 40);
-    for (int i = 0; i < 40; ++i)
-        QCOMPARE(d.desktopButtons.at(i)->geometry(),
-                 QRect(i / perColumn * 120 + 20, i % perColumn * 60 + 20, 110, 60));
-}
-
-void TestDesktop::newScreenSizeMovesTitleBoxAndGrid()
-{
-    TestMachine m;
-    writeEntries(m, numbered(12));
-    ScreenDesktop d;
-    d.layoutDesktop("Kelpie", "1.0");
-    QCOMPARE(d.titleLabel()->geometry(), QRect(594, 50, 390, 200));
-    QCOMPARE(d.titleLabel()->text(),
-             QString("<span style=\"font-size:18px;\"><font color=\"#FFFFFF\"><B>Kelpie</B><br>"
-                     "<span style=\"font-size:14px;\"><font color=\"#FFFFFF\">1.0<br></p>"));
-
-    // Halves are rounded down one by one: 683 - 185, not (1366 - 371) / 2.
-    d.waitPanel->resize(371, 101);
-    d.screen = QSize(1366, 1080);
-    d.layoutDesktop("Kelpie", "2.0");
-    QCOMPARE(d.size(), QSize(1366, 1080));
-    QCOMPARE(d.titleLabel()->geometry(), QRect(936, 50, 390, 200));
-    QCOMPARE(d.waitPanel->pos(), QPoint(683 - 185, 540 - 50));
-    QCOMPARE(d.desktopButtons.at(11)->pos(), QPoint(20, 11 * 60 + 20));
-    QVERIFY(d.titleLabel()->text().contains("2.0<br></p>"));
-}
-
-void TestDesktop::poolOfHundredIsNeverExceeded()
-{
-    TestMachine m;
-    writeEntries(m, numbered(130));
-    ScreenDesktop d;
-    d.screen = QSize(1920, 1080);
-    d.lay();
-    QCOMPARE(d.desktopCount, 100);
-    QCOMPARE(visibleTexts(d).size(), 100);
-    QCOMPARE(d.desktopButtons.at(99)->text(), QString("e099"));
-    QCOMPARE(d.findChildren<my_ToolButton *>().size(), 100);
-
-    // A smaller desktop later hides what it no longer uses and makes no new buttons; a missing
-    // folder gives an empty desktop.
-    for (const QString &name : numbered(130).mid(3))
-        QVERIFY(QFile::remove(m.folder() + "/" + desktopFolder + name));
-    d.rebuildDesktop();
-    QCOMPARE(visibleTexts(d), (QStringList{"e000", "e001", "e002"}));
-    QCOMPARE(d.findChildren<my_ToolButton *>().size(), 100);
-    QVERIFY(QDir(m.folder() + "/" + desktopFolder).removeRecursively());
-    d.rebuildDesktop();
-    QCOMPARE(d.desktopCount, 0);
-    QVERIFY(visibleTexts(d).isEmpty());
-}
-
-void TestDesktop::removeDeletesFileAndSavedCopy()
-{
-    TestMachine m;
-    m.addDrive('E');
-    writeEntries(m, {"a.lnk", "b.lnk", "Stuck/inside.txt"});
-    for (const char *name : {"a.lnk", "b.lnk", "Stuck"})
-        m.write(savedFolder + QLatin1String(name), "saved");
-    savedVolumeLetter = "E";
-    ScreenDesktop d;
-    d.lay();
-    QSignalSpy refreshed(&d, &dektopWidget::refreshClicked);
-    const QList<QAction *> actions = d.desktopButtons.at(0)->menu->actions();
-    QCOMPARE(actions.size(), 1);
-    QCOMPARE(actions.at(0)->text(), QString("Remove"));
-    actions.at(0)->trigger();   // asks nothing
-
-    const QString root = m.folder() + "/";
-    QVERIFY(!onDisk(root + desktopFolder + "a.lnk"));
-    QVERIFY(!onDisk(root + savedFolder + "a.lnk"));
-    QVERIFY(onDisk(root + savedFolder + "b.lnk"));
-    QCOMPARE(visibleTexts(d), (QStringList{"b", "Stuck"}));
-    QCOMPARE(refreshed.count(), 0);
-
-    // A folder with something in it cannot be deleted as a file; its saved copy still goes.
-    d.desktopButtons.at(1)->remove_Slot();
-    QVERIFY(QFileInfo(root + desktopFolder + "Stuck").isDir());
-    QVERIFY(!onDisk(root + savedFolder + "Stuck"));
-    QCOMPARE(visibleTexts(d), (QStringList{"b", "Stuck"}));
-
-    // Without a saved volume only the file itself goes.
-    savedVolumeLetter.clear();
-    d.desktopButtons.at(0)->remove_Slot();
-    QVERIFY(!onDisk(root + desktopFolder + "b.lnk"));
-    QVERIFY(onDisk(root + savedFolder + "b.lnk"));
-    QCOMPARE(visibleTexts(d), QStringList{"Stuck"});
-}
-
-void TestDesktop::startLinkMessages()
-{
-    const QString s = "X:\\Users\\Default\\Desktop\\Gone.lnk";
-    const QString head = "Windows cannot start \"" + s + "\".\n";
-    QCOMPARE(dektopWidget::startLinkMessage(s, 0),
-             head + "The operating system is out of memory or resources.");
-    QCOMPARE(dektopWidget::startLinkMessage(s, 32),
-             head + "The specified dynamic-link library (DLL) was not found.");
-    // Gaps in the table, success and anything below zero pass without a word.
-    for (int code : {1, 4, 33, -2})
-        QCOMPARE(dektopWidget::startLinkMessage(s, code), QString());
-}
-
-void TestDesktop::startLinkBox_data()
-{
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("tail");   // empty: no box
-    QTest::newRow("file gone") << QStringList{"other.lnk"} << "Gone.lnk"
-                               << "The specified file was not found.";
-    QTest::newRow("folder gone") << QStringList() << "Gone.lnk"
-                                 << "The specified path was not found.";
-    QTest::newRow("no program for the file")
-        << QStringList{"data.xyz"} << "data.xyz"
-        << "There is no application associated with the given file name extension. This error "
-           "will also be returned if you attempt to print a file that is not printable.";
-    QTest::newRow("started") << QStringList{"There.lnk"} << "There.lnk" << QString();
-}
-
-void TestDesktop::startLinkBox()
-{
-    QFETCH(QStringList, files);
-    QFETCH(QString, name);
-    QFETCH(QString, tail);
-    TestMachine m;
-    writeEntries(m, files);
-    ScreenDesktop d;
-    const QString s = "X:\\Users\\Default\\Desktop\\" + name;
-    SeenBox seen;
-    watchForBox(&seen);
-    d.startLink(s, "-a");
-    QCoreApplication::processEvents();
-    const QStringList starts = startsOf(m, name);
-    QCOMPARE(starts.size(), 1);
-    QVERIFY(starts.first().contains("-a"));
-    QCOMPARE(seen.shown, !tail.isEmpty());
-    if (tail.isEmpty())
-        return;
-    QCOMPARE(seen.title, QString("Error"));
-    QCOMPARE(seen.text, "Windows cannot start \"" + s + "\".\n" + tail);
-    QCOMPARE(seen.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QVERIFY(!seen.hadParent);
-}
-
-void TestDesktop::longFolderPathPassesWhole()
-{
-    TestMachine m;
-    const QString deep = QString(140, QLatin1Char('d')), name = QString(140, QLatin1Char('n'));
-    desktopPath = "X:/Users/Default/Desktop/" + deep + "/";
-    writeEntries(m, {deep + "/" + name + "/a.exe"});
-    ScreenDesktop d;
-    d.lay();
-    QCOMPARE(visibleTexts(d), QStringList{name});
-    const QString path = d.desktopButtons.at(0)->path;
-    QVERIFY2(path.compare(desktopPath + name, Qt::CaseInsensitive) == 0, qPrintable(path));
-
-    // A folder opens through the shell, by its whole path with backslashes, without a word.
-    SeenBox seen;
-    watchForBox(&seen);
-    d.desktopButtons.at(0)->click();
-    QCoreApplication::processEvents();
-    QVERIFY(!seen.shown);
-    const QStringList starts = startsOf(m, deep + "\\" + name);
-    QCOMPARE(starts.size(), 1);
-    QVERIFY2(!starts.first().contains('/'), qPrintable(starts.first()));
-    const QString backslashed = QString(path).replace('/', '\\');
-    QVERIFY(dektopWidget::startLinkMessage(backslashed, 2).contains("\"" + backslashed + "\""));
-}
-
-void TestDesktop::contextMenuAndRefresh()
-{
-    TestMachine m;
-    ScreenDesktop d;
-    d.lay();
-    const QList<QAction *> actions = d.contextMenu->actions();
-    QCOMPARE(actions.size(), 2);
-    QCOMPARE(actions.at(0)->text(), QString("Create Shortcut"));
-    QCOMPARE(actions.at(1)->text(), QString("Refresh"));
-
-    SeenBox seen;
-    watchForBox(&seen);
-    actions.at(0)->trigger();
-    QCoreApplication::processEvents();
-    QVERIFY(!seen.shown);   // the result is not looked at
-    QCOMPARE(startsOf(m, "X:\\Program Files\\kelpie\\createShortcut.exe").size(), 1);
-
-    // Refresh renews the desktop and tells the menu.
-    writeEntries(m, {"New.lnk"});
-    QSignalSpy refreshed(&d, &dektopWidget::refreshClicked);
-    actions.at(1)->trigger();
-    QCOMPARE(refreshed.count(), 1);
-    QCOMPARE(visibleTexts(d), QStringList{"New"});
-}
-
-void TestDesktop::panelAndRemoveButtonSignals()
-{
-    TestMachine m;
-    ScreenDesktop d;
-    QSignalSpy stop(&d, &dektopWidget::needStopOperation);
-    d.toolButton()->click();
-    QCOMPARE(stop.count(), 1);
-    QCOMPARE(stop.at(0).at(0).toInt(), 1);
-
-    QSignalSpy remove(&d, &dektopWidget::userProgram_Remove);
-    QCOMPARE(d.removeButton->toolTip(), QString("Refresh"));
-    QVERIFY(d.removeButton->isHidden());
-    d.removeButton->show();
-    d.removeButton->click();
-    QCOMPARE(remove.count(), 1);
-
-    // The timer keeps running: every timeout hides the button again.
-    d.removeTimer->start(200);
-    for (int i = 0; i < 2; ++i) {
-        d.removeButton->show();
-        QVERIFY(QMetaObject::invokeMethod(d.removeTimer, "timeout"));
-        QVERIFY(d.removeButton->isHidden());
-        QVERIFY(d.removeTimer->isActive());
+    void listing_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QStringList>("shown");
+        QTest::newRow("desktop.ini alone") << QStringList{"desktop.ini"} << QStringList();
+        QTest::newRow("desktop.ini in any case, beside a link")
+            << QStringList{"Desktop.INI", "Tool.lnk"} << QStringList{"Tool"};
+        QTest::newRow("only the exact name is passed over")
+            << QStringList{"desktop.ini.bak"} << QStringList{"desktop"};
+        QTest::newRow("label is the name up to its first point")
+            << QStringList{"Report.final.lnk"} << QStringList{"Report"};
+        // Folders stand among the files, not before them; hidden entries show too.
+        QTest::newRow("by name ignoring case")
+            << QStringList{"beta.lnk", "Alpha.lnk", "Zeta/inside.txt", "gamma.txt", ".hidden"}
+            << QStringList{"", "Alpha", "beta", "gamma", "Zeta"};
     }
 
-    // The window system cannot close the desktop.
-    d.show();
-    QVERIFY(!d.close());
-    QVERIFY(d.isVisible());
-}
+    void listing()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QStringList, shown);
+        TestMachine m;
+        writeEntries(m, files);
+        ScreenDesktop d;
+        d.lay();
+        QCOMPARE(d.desktopCount, shown.size());
+        QCOMPARE(visibleTexts(d), shown);
+        // The first placed button takes the first cell, whatever was passed over.
+        if (!shown.isEmpty())
+            QCOMPARE(d.desktopButtons.at(0)->geometry(), QRect(20, 20, 110, 60));
+    }
 
-void TestDesktop::iconByNameInEitherSlashForm()
-{
-    TestMachine m;
-    writeEntries(m, {"Tools/a.exe", "note.txt"});
-    const QImage forward = pixmapForFile("X:/Users/Default/Desktop/Tools").toImage();
-    QVERIFY(!forward.isNull());
-    QCOMPARE(pixmapForFile("X:\\Users\\Default\\Desktop\\Tools").toImage(), forward);
-    // The folder is found as a folder through the drive mapping, so it does not look like a file.
-    QVERIFY(forward != pixmapForFile("X:/Users/Default/Desktop/note.txt").toImage());
-}
+    void gridPlacement_data()
+    {
+        QTest::addColumn<int>("height");
+        QTest::addColumn<int>("perColumn");
+        QTest::newRow("600") << 600 << 8;
+        QTest::newRow("1080") << 1080 << 16;
+        // The next row landing exactly on the limit is still placed in the same column.
+        QTest::newRow("760 on the limit") << 760 << 11;
+    }
+
+    void gridPlacement()
+    {
+        QFETCH(int, height);
+        QFETCH(int, perColumn);
+        TestMachine m;
+        writeEntries(m, numbered(40));
+        ScreenDesktop d;
+        d.screen = QSize(800, height);
+        d.lay();
+        QCOMPARE(d.desktopCount, 40);
+        for (int i = 0; i < 40; ++i)
+            QCOMPARE(d.desktopButtons.at(i)->geometry(),
+                     QRect(i / perColumn * 120 + 20, i % perColumn * 60 + 20, 110, 60));
+    }
+
+    void newScreenSizeMovesTitleBoxAndGrid()
+    {
+        TestMachine m;
+        writeEntries(m, numbered(12));
+        ScreenDesktop d;
+        d.layoutDesktop("Kelpie", "1.0");
+        QCOMPARE(d.titleLabel()->geometry(), QRect(594, 50, 390, 200));
+        QCOMPARE(d.titleLabel()->text(),
+                 QString("<span style=\"font-size:18px;\"><font color=\"#FFFFFF\"><B>Kelpie</B><br>"
+                         "<span style=\"font-size:14px;\"><font color=\"#FFFFFF\">1.0<br></p>"));
+
+        // Halves are rounded down one by one: 683 - 185, not (1366 - 371) / 2.
+        d.waitPanel->resize(371, 101);
+        d.screen = QSize(1366, 1080);
+        d.layoutDesktop("Kelpie", "2.0");
+        QCOMPARE(d.size(), QSize(1366, 1080));
+        QCOMPARE(d.titleLabel()->geometry(), QRect(936, 50, 390, 200));
+        QCOMPARE(d.waitPanel->pos(), QPoint(683 - 185, 540 - 50));
+        QCOMPARE(d.desktopButtons.at(11)->pos(), QPoint(20, 11 * 60 + 20));
+        QVERIFY(d.titleLabel()->text().contains("2.0<br></p>"));
+    }
+
+    void poolOfHundredIsNeverExceeded()
+    {
+        TestMachine m;
+        writeEntries(m, numbered(130));
+        ScreenDesktop d;
+        d.screen = QSize(1920, 1080);
+        d.lay();
+        QCOMPARE(d.desktopCount, 100);
+        QCOMPARE(visibleTexts(d).size(), 100);
+        QCOMPARE(d.desktopButtons.at(99)->text(), QString("e099"));
+        QCOMPARE(d.findChildren<my_ToolButton *>().size(), 100);
+
+        // A smaller desktop later hides what it no longer uses and makes no new buttons; a missing
+        // folder gives an empty desktop.
+        for (const QString &name : numbered(130).mid(3))
+            QVERIFY(QFile::remove(m.folder() + "/" + desktopFolder + name));
+        d.rebuildDesktop();
+        QCOMPARE(visibleTexts(d), (QStringList{"e000", "e001", "e002"}));
+        QCOMPARE(d.findChildren<my_ToolButton *>().size(), 100);
+        QVERIFY(QDir(m.folder() + "/" + desktopFolder).removeRecursively());
+        d.rebuildDesktop();
+        QCOMPARE(d.desktopCount, 0);
+        QVERIFY(visibleTexts(d).isEmpty());
+    }
+
+    void removeDeletesFileAndSavedCopy()
+    {
+        TestMachine m;
+        m.addDrive('E');
+        writeEntries(m, {"a.lnk", "b.lnk", "Stuck/inside.txt"});
+        for (const char *name : {"a.lnk", "b.lnk", "Stuck"})
+            m.write(savedFolder + QLatin1String(name), "saved");
+        savedVolumeLetter = "E";
+        ScreenDesktop d;
+        d.lay();
+        QSignalSpy refreshed(&d, &dektopWidget::refreshClicked);
+        const QList<QAction *> actions = d.desktopButtons.at(0)->menu->actions();
+        QCOMPARE(actions.size(), 1);
+        QCOMPARE(actions.at(0)->text(), QString("Remove"));
+        actions.at(0)->trigger();   // asks nothing
+
+        const QString root = m.folder() + "/";
+        QVERIFY(!onDisk(root + desktopFolder + "a.lnk"));
+        QVERIFY(!onDisk(root + savedFolder + "a.lnk"));
+        QVERIFY(onDisk(root + savedFolder + "b.lnk"));
+        QCOMPARE(visibleTexts(d), (QStringList{"b", "Stuck"}));
+        QCOMPARE(refreshed.count(), 0);
+
+        // A folder with something in it cannot be deleted as a file; its saved copy still goes.
+        d.desktopButtons.at(1)->remove_Slot();
+        QVERIFY(QFileInfo(root + desktopFolder + "Stuck").isDir());
+        QVERIFY(!onDisk(root + savedFolder + "Stuck"));
+        QCOMPARE(visibleTexts(d), (QStringList{"b", "Stuck"}));
+
+        // Without a saved volume only the file itself goes.
+        savedVolumeLetter.clear();
+        d.desktopButtons.at(0)->remove_Slot();
+        QVERIFY(!onDisk(root + desktopFolder + "b.lnk"));
+        QVERIFY(onDisk(root + savedFolder + "b.lnk"));
+        QCOMPARE(visibleTexts(d), QStringList{"Stuck"});
+    }
+
+    void startLinkMessages()
+    {
+        const QString s = "X:\\Users\\Default\\Desktop\\Gone.lnk";
+        const QString head = "Windows cannot start \"" + s + "\".\n";
+        QCOMPARE(dektopWidget::startLinkMessage(s, 0),
+                 head + "The operating system is out of memory or resources.");
+        QCOMPARE(dektopWidget::startLinkMessage(s, 32),
+                 head + "The specified dynamic-link library (DLL) was not found.");
+        // Gaps in the table, success and anything below zero pass without a word.
+        for (int code : {1, 4, 33, -2})
+            QCOMPARE(dektopWidget::startLinkMessage(s, code), QString());
+    }
+
+    void startLinkBox_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("tail");   // empty: no box
+        QTest::newRow("file gone") << QStringList{"other.lnk"} << "Gone.lnk"
+                                   << "The specified file was not found.";
+        QTest::newRow("folder gone") << QStringList() << "Gone.lnk"
+                                     << "The specified path was not found.";
+        QTest::newRow("no program for the file")
+            << QStringList{"data.xyz"} << "data.xyz"
+            << "There is no application associated with the given file name extension. This error "
+               "will also be returned if you attempt to print a file that is not printable.";
+        QTest::newRow("started") << QStringList{"There.lnk"} << "There.lnk" << QString();
+    }
+
+    void startLinkBox()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QString, name);
+        QFETCH(QString, tail);
+        TestMachine m;
+        writeEntries(m, files);
+        ScreenDesktop d;
+        const QString s = "X:\\Users\\Default\\Desktop\\" + name;
+        SeenBox seen;
+        watchForBox(&seen);
+        d.startLink(s, "-a");
+        QCoreApplication::processEvents();
+        const QStringList starts = startsOf(m, name);
+        QCOMPARE(starts.size(), 1);
+        QVERIFY(starts.first().contains("-a"));
+        QCOMPARE(seen.shown, !tail.isEmpty());
+        if (tail.isEmpty())
+            return;
+        QCOMPARE(seen.title, QString("Error"));
+        QCOMPARE(seen.text, "Windows cannot start \"" + s + "\".\n" + tail);
+        QCOMPARE(seen.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+        QVERIFY(!seen.hadParent);
+    }
+
+    void longFolderPathPassesWhole()
+    {
+        TestMachine m;
+        const QString deep = QString(140, QLatin1Char('d')), name = QString(140, QLatin1Char('n'));
+        desktopPath = "X:/Users/Default/Desktop/" + deep + "/";
+        writeEntries(m, {deep + "/" + name + "/a.exe"});
+        ScreenDesktop d;
+        d.lay();
+        QCOMPARE(visibleTexts(d), QStringList{name});
+        const QString path = d.desktopButtons.at(0)->path;
+        QVERIFY2(path.compare(desktopPath + name, Qt::CaseInsensitive) == 0, qPrintable(path));
+
+        // A folder opens through the shell, by its whole path with backslashes, without a word.
+        SeenBox seen;
+        watchForBox(&seen);
+        d.desktopButtons.at(0)->click();
+        QCoreApplication::processEvents();
+        QVERIFY(!seen.shown);
+        const QStringList starts = startsOf(m, deep + "\\" + name);
+        QCOMPARE(starts.size(), 1);
+        QVERIFY2(!starts.first().contains('/'), qPrintable(starts.first()));
+        const QString backslashed = QString(path).replace('/', '\\');
+        QVERIFY(dektopWidget::startLinkMessage(backslashed, 2).contains("\"" + backslashed + "\""));
+    }
+
+    void contextMenuAndRefresh()
+    {
+        TestMachine m;
+        ScreenDesktop d;
+        d.lay();
+        const QList<QAction *> actions = d.contextMenu->actions();
+        QCOMPARE(actions.size(), 2);
+        QCOMPARE(actions.at(0)->text(), QString("Create Shortcut"));
+        QCOMPARE(actions.at(1)->text(), QString("Refresh"));
+
+        SeenBox seen;
+        watchForBox(&seen);
+        actions.at(0)->trigger();
+        QCoreApplication::processEvents();
+        QVERIFY(!seen.shown);   // the result is not looked at
+        QCOMPARE(startsOf(m, "X:\\Program Files\\kelpie\\createShortcut.exe").size(), 1);
+
+        // Refresh renews the desktop and tells the menu.
+        writeEntries(m, {"New.lnk"});
+        QSignalSpy refreshed(&d, &dektopWidget::refreshClicked);
+        actions.at(1)->trigger();
+        QCOMPARE(refreshed.count(), 1);
+        QCOMPARE(visibleTexts(d), QStringList{"New"});
+    }
+
+    void panelAndRemoveButtonSignals()
+    {
+        TestMachine m;
+        ScreenDesktop d;
+        QSignalSpy stop(&d, &dektopWidget::needStopOperation);
+        d.toolButton()->click();
+        QCOMPARE(stop.count(), 1);
+        QCOMPARE(stop.at(0).at(0).toInt(), 1);
+
+        QSignalSpy remove(&d, &dektopWidget::userProgram_Remove);
+        QCOMPARE(d.removeButton->toolTip(), QString("Refresh"));
+        QVERIFY(d.removeButton->isHidden());
+        d.removeButton->show();
+        d.removeButton->click();
+        QCOMPARE(remove.count(), 1);
+
+        // The timer keeps running: every timeout hides the button again.
+        d.removeTimer->start(200);
+        for (int i = 0; i < 2; ++i) {
+            d.removeButton->show();
+            QVERIFY(QMetaObject::invokeMethod(d.removeTimer, "timeout"));
+            QVERIFY(d.removeButton->isHidden());
+            QVERIFY(d.removeTimer->isActive());
+        }
+
+        // The window system cannot close the desktop.
+        d.show();
+        QVERIFY(!d.close());
+        QVERIFY(d.isVisible());
+    }
+
+    void iconByNameInEitherSlashForm()
+    {
+        TestMachine m;
+        writeEntries(m, {"Tools/a.exe", "note.txt"});
+        const QImage forward = pixmapForFile("X:/Users/Default/Desktop/Tools").toImage();
+        QVERIFY(!forward.isNull());
+        QCOMPARE(pixmapForFile("X:\\Users\\Default\\Desktop\\Tools").toImage(), forward);
+        // The folder is found as a folder through the drive mapping, so it does not look like a file.
+        QVERIFY(forward != pixmapForFile("X:/Users/Default/Desktop/note.txt").toImage());
+    }
+};
 
 KELPIE_TEST_MAIN(TestDesktop)
 #include "tst_desktop.moc"

@@ -22,8 +22,6 @@
 
 namespace {
 
-const char *cfgPath = "drives/X/Program Files/kelpie/data_shell.cfg";
-
 // The "start" lines of the journal, without the operation name.
 QStringList starts(const TestMachine &m)
 {
@@ -63,11 +61,6 @@ class TestLauncher : public QObject {
 
     std::unique_ptr<TestMachine> m;
 
-    MainMenuPass mainPass(const QByteArray &cfg)
-    {
-        m->write(cfgPath, cfg);
-        return shellconfig::readMainMenu();
-    }
     std::unique_ptr<my_shell1> shell(const QByteArray &cfg)
     {
         if (!cfg.isNull())
@@ -88,103 +81,81 @@ private slots:
 
     // --- reading rules ---
 
-    void commentsAndTheStartUpLine()
+    void readingRules_data()
     {
-        const MainMenuPass p = mainPass("; toRun=tool|x\n; version=1\n;title=t\nxtoRun=a|b|c\ntoRun=lonely\n");
-        QCOMPARE(p.toRun.size(), 2);
-        QCOMPARE(p.toRun[0].program, QStringLiteral("; tool"));
-        QCOMPARE(p.toRun[0].arguments, QStringLiteral("x"));
-        QCOMPARE(p.toRun[1].program, QStringLiteral("xa"));
-        QCOMPARE(p.toRun[1].arguments, QStringLiteral("b"));
-        QVERIFY(!p.hasVersion);
-        QVERIFY(!p.hasTitle);
+        QTest::addColumn<QByteArray>("cfg");
+        QTest::addColumn<QStringList>("read");
+        auto row = [](const char *rule, const QByteArray &cfg, const QStringList &read) {
+            QTest::newRow(rule) << cfg << read;
+        };
+        row("toRun stands anywhere in a line, the key cut out", "xtoRun=a|b|c", {"run xa|b"});
+        row("a commented toRun still runs", "; toRun=tool|x", {"run ; tool|x"});
+        row("toRun needs two fields", "toRun=lonely", {});
+        row("other commented keys are passed over", "; version=1\n;title=t", {});
+        row("text keys chain, the last line wins, nothing trimmed",
+            "version=title=abc\nweb_default= www \nweb_default=second",
+            {"version=title=abc", "title=abc", "web=second"});
+        row("every occurrence of the key goes; CR LF leaves nothing",
+            "x version=1.0 version=\r\ntitle=Shell\r\n", {"version=x 1.0 ", "title=Shell"});
+        row("UTF-8 whatever the first bytes look like", "title=Ch\xc3\xa8vre",
+            {QString::fromUtf8("title=Ch\xc3\xa8vre")});
+        row("a sub-menu", "mainMenu=1|Tools|t.png", {"menu 1 Tools|t.png"});
+        row("a sub-menu needs three fields", "mainMenu=2|Short", {});
+        row("an entry takes seven fields, empty ones kept, more ignored",
+            "menuItem=1|101| Net|i24.png|a.exe||hint|extra", {"item 1/101  Net|i24.png|a.exe||hint"});
+        row("an entry of six fields is dropped", "menuItem=1|102|Six|i.png|a.exe|", {});
+        row("numbers: base 10, signed, anything else 0", "menuItem=abc|-3|Zero|||||\nmenuItem=12x|7|N|||||",
+            {"item 0/-3 Zero||||", "item 0/7 N||||"});
+        row("the separator word inside a text makes a separator ahead of the entry",
+            "menuItem=0|7|my mainSeparator text|i.png|b.exe|-p|",
+            {"separator", "item 0/7 my mainSeparator text|i.png|b.exe|-p|"});
+        row("unknown lines are ignored", "Syst\xc3\xa8me=ignored\nmainSeparator", {"separator"});
+        row("launcher buttons: six fields, numbered from 1000 whatever the menu ids",
+            "morvaneItem=a|b|c|d|e\n;morvaneItem=a|b|c|d|e|f\nmorvaneItem=n|r|c|Tip|p.exe|-q\n"
+            "menuItem=0|1000|X|i|m.exe||\nmorvaneItem=n2|r2|c2|Tip2|q.exe||more",
+            {"item 0/1000 X|i|m.exe||", "button 1000 n|r|c|Tip|p.exe|-q",
+             "button 1001 n2|r2|c2|Tip2|q.exe|"});
+        row("fixed buttons: the last good line wins; short and commented ones are passed over",
+            "fixedB3=a.png|Tip|first.exe\nfixedB3=b.png|Tip|second.exe\nfixedB4=short|x\n;fixedB5=c|d|e",
+            {"fixed3 b.png|Tip|second.exe"});
+        row("one line fills two fixed keys, the first match shortening it for the next",
+            "fixedB1=i|t|cmdfixedB2=j|u|v", {"fixed1 i|t|cmdfixedB2=j", "fixed2 i|t|cmdj"});
     }
 
-    void textKeysChainAndLastWins()
+    // What the three passes read, one record a line.
+    void readingRules()
     {
-        const MainMenuPass p = mainPass("version=title=abc\nweb_default= www \nweb_default=second\n");
-        QCOMPARE(p.version, QStringLiteral("title=abc"));
-        QCOMPARE(p.title, QStringLiteral("abc"));
-        QCOMPARE(p.webDefault, QStringLiteral("second"));
-
-        const MainMenuPass q = mainPass("x version=1.0 version=\r\ntitle=Shell\r\n");
-        QCOMPARE(q.version, QStringLiteral("x 1.0 "));   // every occurrence goes, nothing trimmed
-        QCOMPARE(q.title, QStringLiteral("Shell"));      // CR LF leaves nothing behind
-    }
-
-    void menuLinesKeepFileOrderAndFieldRules()
-    {
-        const MainMenuPass p = mainPass(
-            "mainMenu=1|Tools|t.png\n"
-            "menuItem=1|101| Net|i24.png|a.exe||hint|extra\n"
-            "menuItem=0|7|my mainSeparator text|i.png|b.exe|-p|\n"
-            "mainMenu=2|Short\n"
-            "menuItem=1|102|Six|i.png|a.exe|\n"
-            "menuItem=abc|x|Zero|||||\n"
-            "mainSeparator\n"
-            "Système=ignored\n");
-        QCOMPARE(p.menu.size(), 6);
-        QCOMPARE(p.menu[0].kind, MenuLine::SubMenu);
-        QCOMPARE(p.menu[0].id, 1);
-        QCOMPARE(p.menu[1].kind, MenuLine::Item);
-        QCOMPARE(p.menu[1].text, QStringLiteral(" Net"));
-        QCOMPARE(p.menu[1].icon, QStringLiteral("i24.png"));
-        QCOMPARE(p.menu[1].params, QString());
-        QCOMPARE(p.menu[1].hint, QStringLiteral("hint"));
-        // The word inside a text still makes a separator, ahead of the entry, and stays in it.
-        QCOMPARE(p.menu[2].kind, MenuLine::Separator);
-        QCOMPARE(p.menu[3].kind, MenuLine::Item);
-        QCOMPARE(p.menu[3].text, QStringLiteral("my mainSeparator text"));
-        QCOMPARE(p.menu[3].params, QStringLiteral("-p"));
-        // Non-numbers read as 0; the six-field line and the two-field sub-menu are gone.
-        QCOMPARE(p.menu[4].parentId, 0);
-        QCOMPARE(p.menu[4].id, 0);
-        QCOMPARE(p.menu[4].text, QStringLiteral("Zero"));
-        QCOMPARE(p.menu[5].kind, MenuLine::Separator);
-
-        QCOMPARE(shellconfig::splitFields(QStringLiteral("a||b")).size(), 3);
-        QCOMPARE(shellconfig::number(QStringLiteral("12x")), 0);
-        QCOMPARE(shellconfig::number(QStringLiteral("-3")), -3);
-    }
-
-    void utf8IsFixed()
-    {
-        // Bytes that a detector might take for UTF-16 are still read as UTF-8.
-        const MainMenuPass p = mainPass(QByteArray("title=Ch\xc3\xa8vre\n"));
-        QCOMPARE(p.title, QString::fromUtf8("Ch\xc3\xa8vre"));
-    }
-
-    void launcherNumbering()
-    {
-        m->write(cfgPath, "morvaneItem=a|b|c|d|e\n"
-                          ";morvaneItem=a|b|c|d|e|f\n"
-                          "morvaneItem=n|r|c|Tip|p.exe|-q\n"
-                          "menuItem=0|1000|X|i|m.exe||\n"
-                          "morvaneItem=n2|r2|c2|Tip2|q.exe||more\n");
-        const LauncherPass p = shellconfig::readLauncherButtons();
-        QVERIFY(p.opened);
-        QCOMPARE(p.buttons.size(), 2);
-        QCOMPARE(p.buttons[0].id, 1000);
-        QCOMPARE(p.buttons[0].path, QStringLiteral("p.exe"));
-        QCOMPARE(p.buttons[0].params, QStringLiteral("-q"));
-        QCOMPARE(p.buttons[1].id, 1001);
-        QCOMPARE(p.buttons[1].tip, QStringLiteral("Tip2"));
-    }
-
-    void fixedButtonKeys()
-    {
-        m->write(cfgPath, "fixedB3=a.png|Tip|first.exe\n"
-                          "fixedB3=b.png|Tip|second.exe\n"
-                          "fixedB4=short|x\n"
-                          ";fixedB5=c|d|e\n"
-                          "fixedB1=i|t|cmdfixedB2=j|u|v\n");
-        const FixedPass p = shellconfig::readFixedButtons();
-        QCOMPARE(p.buttons[2].command, QStringLiteral("second.exe"));
-        QVERIFY(!p.buttons[3].set);
-        QVERIFY(!p.buttons[4].set);
-        // One line can fill two keys: the first match shortens the line for the next.
-        QCOMPARE(p.buttons[0].command, QStringLiteral("cmdfixedB2=j"));
-        QCOMPARE(p.buttons[1].command, QStringLiteral("cmdj"));
+        QFETCH(QByteArray, cfg);
+        QFETCH(QStringList, read);
+        m->config(cfg + "\n");
+        QStringList got;
+        const MainMenuPass p = shellconfig::readMainMenu();
+        for (auto [has, key, value] : {std::make_tuple(p.hasVersion, "version=", p.version),
+                                       std::make_tuple(p.hasTitle, "title=", p.title),
+                                       std::make_tuple(p.hasWebDefault, "web=", p.webDefault)})
+            if (has)
+                got << key + value;
+        for (const RunEntry &r : p.toRun)
+            got << "run " + r.program + "|" + r.arguments;
+        for (const MenuLine &l : p.menu) {
+            if (l.kind == MenuLine::Separator)
+                got << "separator";
+            else if (l.kind == MenuLine::SubMenu)
+                got << QString("menu %1 %2|%3").arg(QString::number(l.id), l.text, l.icon);
+            else
+                got << QString("item %1/%2 ").arg(l.parentId).arg(l.id)
+                        + QStringList{l.text, l.icon, l.path, l.params, l.hint}.join('|');
+        }
+        for (const LauncherLine &b : shellconfig::readLauncherButtons().buttons)
+            got << QString("button %1 ").arg(b.id)
+                    + QStringList{b.normalImage, b.nearImage, b.activeImage, b.tip, b.path, b.params}.join('|');
+        const FixedPass f = shellconfig::readFixedButtons();
+        for (int i = 0; i < 5; ++i) {
+            const FixedButtonSetting &b = f.buttons[i];
+            if (b.set)
+                got << QString("fixed%1 ").arg(i + 1) + QStringList{b.icon, b.tip, b.command}.join('|');
+        }
+        QCOMPARE(got, read);
     }
 
     // The checker's notes quote values as written, whatever "%n" they hold.

@@ -40,217 +40,202 @@ int inkAt(const QImage &img, double degrees, double radius)
 }
 }
 
-class TestLook : public QObject
-{
+class TestLook : public QObject {
     Q_OBJECT
+
 private slots:
     void init() { resetGlobals(); }
 
-    void clockAngles_data();
-    void clockAngles();
-    void clockHandsPointWhereTheAnglesSay();
-    void clockWidget();
-
-    void aboutTextsAndButton();
-    void aboutMaskCutsTransparentParts();
-
-    void buttonSheetsNameTheirOwnBuiltInPictures_data();
-    void buttonSheetsNameTheirOwnBuiltInPictures();
-    void stylePolishes();
-    void stylePicksPicture_data();
-    void stylePicksPicture();
-    void styleDrawsOnlyButtonsUnscaledAtOrigin();
-};
-
-void TestLook::clockAngles_data()
-{
-    QTest::addColumn<QTime>("time");
-    QTest::addColumn<double>("hour");
-    QTest::addColumn<double>("minute");
-    QTest::addColumn<double>("second");
-    QTest::newRow("the hour angle is not reduced below 360") << QTime(15, 30, 0) << 465.0 << 180.0 << 0.0;
-    QTest::newRow("seconds move the minute hand, minutes the hour hand")
-        << QTime(23, 59, 59) << 719.5 << 359.9 << 354.0;
-    QTest::newRow("milliseconds do not count") << QTime(6, 10, 30, 900) << 185.0 << 63.0 << 180.0;
-}
-
-void TestLook::clockAngles()
-{
-    QFETCH(QTime, time);
-    QFETCH(double, hour);
-    QFETCH(double, minute);
-    QFETCH(double, second);
-    QCOMPARE(analog_clock::hourAngle(time), hour);
-    QCOMPARE(analog_clock::minuteAngle(time), minute);
-    QCOMPARE(analog_clock::secondAngle(time), second);
-}
-
-void TestLook::clockHandsPointWhereTheAnglesSay()
-{
-    // Scaled by 0.27 the hour hand reaches 10.8 px, the minute hand 18.9, the second hand 24.3.
-    QImage img = clear(64, 64);
-    QPainter painter(&img);
-    analog_clock(nullptr).drawClock(painter, QTime(15, 30, 0));   // hour 105, minute 180, second 0
-    painter.end();
-    QVERIFY(inkAt(img, 105, 7) > 200);
-    QVERIFY(inkAt(img, 180, 12) > 200);
-    QVERIFY(inkAt(img, 0, 14) > 200);
-    QCOMPARE(inkAt(img, 105, 14), 0);   // the hour hand is short
-    QCOMPARE(inkAt(img, 270, 12), 0);
-    // Marks at the hours only, between 23.8 and 25.9 px out.
-    QVERIFY(inkAt(img, 90, 24.8) > 0);
-    QCOMPARE(inkAt(img, 15, 24.8), 0);
-}
-
-void TestLook::clockWidget()
-{
-    analog_clock clock(nullptr);
-    QCOMPARE(clock.size(), QSize(64, 64));
-    QImage img = clear(64, 64, Qt::red);
-    clock.render(&img, QPoint(), QRegion(), QWidget::RenderFlags());
-    // The corner keeps what was behind. Next to the centre, where the hands overlap at any time,
-    // the colour is 253, 253, 253, fully opaque.
-    QCOMPARE(QColor(img.pixel(0, 0)), QColor(Qt::red));
-    QCOMPARE(QColor(img.pixel(33, 31)), QColor(253, 253, 253));
-    // A double click, and only that, asks for the time editor.
-    QSignalSpy spy(&clock, &analog_clock::needStartTimeEditor);
-    QTest::mouseClick(&clock, Qt::LeftButton, Qt::NoModifier, QPoint(32, 32));
-    QTest::mouseDClick(&clock, Qt::LeftButton, Qt::NoModifier, QPoint(32, 32));
-    QCOMPARE(spy.count(), 1);
-}
-
-void TestLook::aboutTextsAndButton()
-{
-    // No version known: the label is only its white prefix.
-    QCOMPARE(aboutDlg(nullptr).findChild<QLabel *>("label_8")->text(), white);
-    shellVersion = QStringLiteral("3.2.1.0");
-    webDefault = QStringLiteral("www.kelpie.example");
-    aboutDlg dlg(nullptr);
-    QCOMPARE(dlg.windowFlags(), Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    QCOMPARE(dlg.findChild<QLabel *>("label_8")->text(), white + "3.2.1.0");
-    QCOMPARE(dlg.findChild<QLabel *>("label_11")->text(),
-             white + "<font size=4>www.kelpie.example");
-    dlg.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dlg));
-    QTest::mouseClick(dlg.findChild<QPushButton *>("pushButton"), Qt::LeftButton);
-    QCOMPARE(dlg.result(), int(QDialog::Accepted));
-}
-
-void TestLook::aboutMaskCutsTransparentParts()
-{
-    const QImage picture = QImage(shellResource("fonAbout.png"))
-                               .convertToFormat(QImage::Format_ARGB32);
-    const QRegion mask = aboutDlg(nullptr).mask();
-    int seen[2] = {0, 0};   // clear, solid
-    for (int y = 0; y < picture.height(); y += 3)
-        for (int x = 0; x < picture.width(); x += 3) {
-            const int a = qAlpha(picture.pixel(x, y));
-            if (a == 0 || a == 255) {
-                ++seen[a / 255];
-                QVERIFY2(mask.contains(QPoint(x, y)) == (a == 255),
-                         qPrintable(QString("%1,%2").arg(x).arg(y)));
-            }
-        }
-    QVERIFY(seen[0] > 0 && seen[1] > 0);
-}
-
-void TestLook::buttonSheetsNameTheirOwnBuiltInPictures_data()
-{
-    QTest::addColumn<QString>("sheet");
-    QTest::addColumn<QString>("letter");
-    QTest::newRow("restart") << restartButtonStyleSheet() << "r";
-    QTest::newRow("turn off") << turnOffButtonStyleSheet() << "t";
-}
-
-void TestLook::buttonSheetsNameTheirOwnBuiltInPictures()
-{
-    QFETCH(QString, sheet);
-    QFETCH(QString, letter);
-    // Normal, hover and pressed, in that order, each a picture that the program carries.
-    QStringList pictures;
-    QRegularExpressionMatchIterator url = QRegularExpression("url\\(([^)]*)\\)").globalMatch(sheet);
-    while (url.hasNext())
-        pictures << url.next().captured(1);
-    QCOMPARE(pictures, QStringList({shellResource("buttn_" + letter + "_normal.png"),
-                                    shellResource("buttn_" + letter + "_hover.png"),
-                                    shellResource("buttn_" + letter + "_pressed.png")}));
-    for (const QString &p : pictures)
-        QVERIFY2(!QPixmap(p).isNull(), qPrintable(p));
-}
-
-void TestLook::stylePolishes()
-{
-    chook_style_off style;
-    QPalette pal(Qt::red);
-    style.polish(pal);
-    for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
-        QCOMPARE(pal.color(group, QPalette::Window), QColor(241, 241, 241));
-    QCOMPARE(pal.color(QPalette::Button), QColor(Qt::red));
-
-    // Only a window takes the grey; hover is switched on for buttons and sliders alone.
-    QWidget window;
-    QLabel *label = new QLabel(&window);
-    label->setPalette(QPalette(Qt::red));
-    const QList<QWidget *> hovering = {new QPushButton(&window), new QRadioButton(&window),
-                                       new QSlider(&window)};
-    for (QWidget *w : QList<QWidget *>{&window, label} + hovering)
-        style.polish(w);
-    QCOMPARE(window.palette().color(QPalette::Inactive, QPalette::Window), QColor(241, 241, 241));
-    QCOMPARE(label->palette().color(QPalette::Window), QColor(Qt::red));
-    QVERIFY(!label->testAttribute(Qt::WA_Hover));
-    for (QWidget *w : hovering) {
-        QVERIFY(w->testAttribute(Qt::WA_Hover));
-        style.unpolish(w);
-        QVERIFY(!w->testAttribute(Qt::WA_Hover));
+    void clockAngles_data()
+    {
+        QTest::addColumn<QTime>("time");
+        QTest::addColumn<double>("hour");
+        QTest::addColumn<double>("minute");
+        QTest::addColumn<double>("second");
+        QTest::newRow("the hour angle is not reduced below 360") << QTime(15, 30, 0) << 465.0 << 180.0 << 0.0;
+        QTest::newRow("seconds move the minute hand, minutes the hour hand")
+            << QTime(23, 59, 59) << 719.5 << 359.9 << 354.0;
+        QTest::newRow("milliseconds do not count") << QTime(6, 10, 30, 900) << 185.0 << 63.0 << 180.0;
     }
-}
 
-void TestLook::stylePicksPicture_data()
-{
-    QTest::addColumn<int>("state");
-    QTest::addColumn<QString>("look");
-    const int on = QStyle::State_Enabled;
-    QTest::newRow("enabled: normal") << on << "normal";
-    QTest::newRow("enabled under the mouse: hover") << (on | QStyle::State_MouseOver) << "hover";
-    QTest::newRow("disabled under the mouse: normal") << int(QStyle::State_MouseOver) << "normal";
-    QTest::newRow("sunken: pressed") << (on | QStyle::State_Sunken | QStyle::State_MouseOver) << "pressed";
-    QTest::newRow("checked, even disabled: pressed") << int(QStyle::State_On) << "pressed";
-}
+    void clockAngles()
+    {
+        QFETCH(QTime, time);
+        QFETCH(double, hour);
+        QFETCH(double, minute);
+        QFETCH(double, second);
+        QCOMPARE(analog_clock::hourAngle(time), hour);
+        QCOMPARE(analog_clock::minuteAngle(time), minute);
+        QCOMPARE(analog_clock::secondAngle(time), second);
+    }
 
-void TestLook::stylePicksPicture()
-{
-    QFETCH(int, state);
-    QFETCH(QString, look);
-    QCOMPARE(chook_style().pictureFor(QStyle::State(state)), shellResource("buttn_r_" + look + ".png"));
-    QCOMPARE(chook_style_off().pictureFor(QStyle::State(state)), shellResource("buttn_t_" + look + ".png"));
-}
-
-void TestLook::styleDrawsOnlyButtonsUnscaledAtOrigin()
-{
-    QTemporaryDir dir;
-    QVERIFY(clear(10, 10, Qt::green).save(dir.filePath("hover.png")));
-    picture_button_style style(QString(), dir.filePath("hover.png"), QString());
-    auto paint = [&](const QStyleOption *opt) {
+    void clockHandsPointWhereTheAnglesSay()
+    {
+        // Scaled by 0.27 the hour hand reaches 10.8 px, the minute hand 18.9, the second hand 24.3.
         QImage img = clear(64, 64);
-        QPainter p(&img);
-        style.drawPrimitive(QStyle::PE_PanelButtonCommand, opt, &p);
-        return img;
-    };
-    QStyleOptionButton button;
-    button.rect = QRect(20, 20, 40, 40);
-    button.state = QStyle::State_Enabled | QStyle::State_MouseOver;
-    const QImage img = paint(&button);
-    QCOMPARE(QColor(img.pixel(0, 0)), QColor(Qt::green));
-    QCOMPARE(QColor(img.pixel(9, 9)), QColor(Qt::green));
-    QCOMPARE(qAlpha(img.pixel(10, 10)), 0);
-    // No option, an option that is not a button's, or a version 0 one: nothing is drawn.
-    QStyleOption other;
-    QStyleOptionButton old = button;
-    other.state = button.state;
-    old.version = 0;
-    for (const QStyleOption *o : std::initializer_list<const QStyleOption *>{nullptr, &other, &old})
-        QCOMPARE(qAlpha(paint(o).pixel(0, 0)), 0);
-}
+        QPainter painter(&img);
+        analog_clock(nullptr).drawClock(painter, QTime(15, 30, 0));   // hour 105, minute 180, second 0
+        painter.end();
+        QVERIFY(inkAt(img, 105, 7) > 200);
+        QVERIFY(inkAt(img, 180, 12) > 200);
+        QVERIFY(inkAt(img, 0, 14) > 200);
+        QCOMPARE(inkAt(img, 105, 14), 0);   // the hour hand is short
+        QCOMPARE(inkAt(img, 270, 12), 0);
+        // Marks at the hours only, between 23.8 and 25.9 px out.
+        QVERIFY(inkAt(img, 90, 24.8) > 0);
+        QCOMPARE(inkAt(img, 15, 24.8), 0);
+    }
+
+    void clockWidget()
+    {
+        analog_clock clock(nullptr);
+        QCOMPARE(clock.size(), QSize(64, 64));
+        QImage img = clear(64, 64, Qt::red);
+        clock.render(&img, QPoint(), QRegion(), QWidget::RenderFlags());
+        // The corner keeps what was behind. Next to the centre, where the hands overlap at any time,
+        // the colour is 253, 253, 253, fully opaque.
+        QCOMPARE(QColor(img.pixel(0, 0)), QColor(Qt::red));
+        QCOMPARE(QColor(img.pixel(33, 31)), QColor(253, 253, 253));
+        // A double click, and only that, asks for the time editor.
+        QSignalSpy spy(&clock, &analog_clock::needStartTimeEditor);
+        QTest::mouseClick(&clock, Qt::LeftButton, Qt::NoModifier, QPoint(32, 32));
+        QTest::mouseDClick(&clock, Qt::LeftButton, Qt::NoModifier, QPoint(32, 32));
+        QCOMPARE(spy.count(), 1);
+    }
+
+    void aboutTextsAndButton()
+    {
+        // No version known: the label is only its white prefix.
+        QCOMPARE(aboutDlg(nullptr).findChild<QLabel *>("label_8")->text(), white);
+        shellVersion = QStringLiteral("3.2.1.0");
+        webDefault = QStringLiteral("www.kelpie.example");
+        aboutDlg dlg(nullptr);
+        QCOMPARE(dlg.windowFlags(), Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        QCOMPARE(dlg.findChild<QLabel *>("label_8")->text(), white + "3.2.1.0");
+        QCOMPARE(dlg.findChild<QLabel *>("label_11")->text(),
+                 white + "<font size=4>www.kelpie.example");
+        dlg.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dlg));
+        QTest::mouseClick(dlg.findChild<QPushButton *>("pushButton"), Qt::LeftButton);
+        QCOMPARE(dlg.result(), int(QDialog::Accepted));
+    }
+
+    void aboutMaskCutsTransparentParts()
+    {
+        const QImage picture = QImage(shellResource("fonAbout.png"))
+                                   .convertToFormat(QImage::Format_ARGB32);
+        const QRegion mask = aboutDlg(nullptr).mask();
+        int seen[2] = {0, 0};   // clear, solid
+        for (int y = 0; y < picture.height(); y += 3)
+            for (int x = 0; x < picture.width(); x += 3) {
+                const int a = qAlpha(picture.pixel(x, y));
+                if (a == 0 || a == 255) {
+                    ++seen[a / 255];
+                    QVERIFY2(mask.contains(QPoint(x, y)) == (a == 255),
+                             qPrintable(QString("%1,%2").arg(x).arg(y)));
+                }
+            }
+        QVERIFY(seen[0] > 0 && seen[1] > 0);
+    }
+
+    void buttonSheetsNameTheirOwnBuiltInPictures_data()
+    {
+        QTest::addColumn<QString>("sheet");
+        QTest::addColumn<QString>("letter");
+        QTest::newRow("restart") << restartButtonStyleSheet() << "r";
+        QTest::newRow("turn off") << turnOffButtonStyleSheet() << "t";
+    }
+
+    void buttonSheetsNameTheirOwnBuiltInPictures()
+    {
+        QFETCH(QString, sheet);
+        QFETCH(QString, letter);
+        // Normal, hover and pressed, in that order, each a picture that the program carries.
+        QStringList pictures;
+        QRegularExpressionMatchIterator url = QRegularExpression("url\\(([^)]*)\\)").globalMatch(sheet);
+        while (url.hasNext())
+            pictures << url.next().captured(1);
+        QCOMPARE(pictures, QStringList({shellResource("buttn_" + letter + "_normal.png"),
+                                        shellResource("buttn_" + letter + "_hover.png"),
+                                        shellResource("buttn_" + letter + "_pressed.png")}));
+        for (const QString &p : pictures)
+            QVERIFY2(!QPixmap(p).isNull(), qPrintable(p));
+    }
+
+    void stylePolishes()
+    {
+        chook_style_off style;
+        QPalette pal(Qt::red);
+        style.polish(pal);
+        for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+            QCOMPARE(pal.color(group, QPalette::Window), QColor(241, 241, 241));
+        QCOMPARE(pal.color(QPalette::Button), QColor(Qt::red));
+
+        // Only a window takes the grey; hover is switched on for buttons and sliders alone.
+        QWidget window;
+        QLabel *label = new QLabel(&window);
+        label->setPalette(QPalette(Qt::red));
+        const QList<QWidget *> hovering = {new QPushButton(&window), new QRadioButton(&window),
+                                           new QSlider(&window)};
+        for (QWidget *w : QList<QWidget *>{&window, label} + hovering)
+            style.polish(w);
+        QCOMPARE(window.palette().color(QPalette::Inactive, QPalette::Window), QColor(241, 241, 241));
+        QCOMPARE(label->palette().color(QPalette::Window), QColor(Qt::red));
+        QVERIFY(!label->testAttribute(Qt::WA_Hover));
+        for (QWidget *w : hovering) {
+            QVERIFY(w->testAttribute(Qt::WA_Hover));
+            style.unpolish(w);
+            QVERIFY(!w->testAttribute(Qt::WA_Hover));
+        }
+    }
+
+    void stylePicksPicture_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("look");
+        const int on = QStyle::State_Enabled;
+        QTest::newRow("enabled: normal") << on << "normal";
+        QTest::newRow("enabled under the mouse: hover") << (on | QStyle::State_MouseOver) << "hover";
+        QTest::newRow("disabled under the mouse: normal") << int(QStyle::State_MouseOver) << "normal";
+        QTest::newRow("sunken: pressed") << (on | QStyle::State_Sunken | QStyle::State_MouseOver) << "pressed";
+        QTest::newRow("checked, even disabled: pressed") << int(QStyle::State_On) << "pressed";
+    }
+
+    void stylePicksPicture()
+    {
+        QFETCH(int, state);
+        QFETCH(QString, look);
+        QCOMPARE(chook_style().pictureFor(QStyle::State(state)), shellResource("buttn_r_" + look + ".png"));
+        QCOMPARE(chook_style_off().pictureFor(QStyle::State(state)), shellResource("buttn_t_" + look + ".png"));
+    }
+
+    void styleDrawsOnlyButtonsUnscaledAtOrigin()
+    {
+        QTemporaryDir dir;
+        QVERIFY(clear(10, 10, Qt::green).save(dir.filePath("hover.png")));
+        picture_button_style style(QString(), dir.filePath("hover.png"), QString());
+        auto paint = [&](const QStyleOption *opt) {
+            QImage img = clear(64, 64);
+            QPainter p(&img);
+            style.drawPrimitive(QStyle::PE_PanelButtonCommand, opt, &p);
+            return img;
+        };
+        QStyleOptionButton button;
+        button.rect = QRect(20, 20, 40, 40);
+        button.state = QStyle::State_Enabled | QStyle::State_MouseOver;
+        const QImage img = paint(&button);
+        QCOMPARE(QColor(img.pixel(0, 0)), QColor(Qt::green));
+        QCOMPARE(QColor(img.pixel(9, 9)), QColor(Qt::green));
+        QCOMPARE(qAlpha(img.pixel(10, 10)), 0);
+        // No option, an option that is not a button's, or a version 0 one: nothing is drawn.
+        QStyleOption other;
+        QStyleOptionButton old = button;
+        other.state = button.state;
+        old.version = 0;
+        for (const QStyleOption *o : std::initializer_list<const QStyleOption *>{nullptr, &other, &old})
+            QCOMPARE(qAlpha(paint(o).pixel(0, 0)), 0);
+    }
+};
 
 KELPIE_TEST_MAIN(TestLook)
 #include "tst_look.moc"

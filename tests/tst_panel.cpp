@@ -49,499 +49,464 @@ class PanelTest : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void memoryLineAndRestart();
-    void keyboardLanguage_data();
-    void keyboardLanguage();
-    void dateAndDayOnTheTick();
-    void displayTooltip();
-    void resolutionChangeWhileDown();
-    void scaledDisplayKeepsDesktop();
-    void hideAndShow_data();
-    void hideAndShow();
-    void startButtonLook_data();
-    void startButtonLook();
-    void lockButtonWorkArea();
-    void hotKeysOnlyInWinPe_data();
-    void hotKeysOnlyInWinPe();
-    void hotKeyOneTwice();
-    void hotKeysTwoAndThreeStart_data();
-    void hotKeysTwoAndThreeStart();
-    void ctrlAltDel_data();
-    void ctrlAltDel();
-    void refreshMessage_data();
-    void refreshMessage();
-    void initChain_data();
-    void initChain();
-    void secondInstanceRunsNothing();
-    void initTidiesAndLocks();
-    void logLines();
-};
-
-void PanelTest::memoryLineAndRestart()
-{
-    TestMachine m;
-    m.facts("memory", "totalMB=1024\navailableMB=300");
-    auto shell = makeShell();
-    shell->getSystemCondition();
-    QLabel *memory = formWidget<QLabel>(*shell, "label_3");
-    QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
-    QVERIFY(shell->statusTimer->isActive());
-    QCOMPARE(shell->statusTimer->interval(), 3000);
-
-    m.facts("memory", "answers=0");
-    shell->getMemory();
-    QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
-}
-
-void PanelTest::keyboardLanguage_data()
-{
-    QTest::addColumn<QByteArray>("keyboard");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<bool>("shown");
-    QTest::newRow("two layouts: the foreground's code, shown")
-        << QByteArray("layouts=04090409,04190419\nforeground=04190419") << "RU" << true;
-    QTest::newRow("one layout: hidden; a language not in the table reads EN")
-        << QByteArray("layouts=04080408") << "EN" << false;
-}
-
-void PanelTest::keyboardLanguage()
-{
-    QFETCH(QByteArray, keyboard);
-    QFETCH(QString, label);
-    QFETCH(bool, shown);
-    TestMachine m;
-    m.facts("keyboard", keyboard);
-    auto shell = makeShell();
-    shell->show();
-    QLabel *code = formWidget<QLabel>(*shell, "label_7");
-    code->setText("before");   // the tick sets the label whenever the language differs from the last
-    shell->hideWindow();
-    QCOMPARE(code->text(), "<p style=\"color:#FFFFFF\"><B>" + label + "</p>");
-    QCOMPARE(code->isVisible(), shown);
-    QCOMPARE(formWidget<QLabel>(*shell, "label_6")->isVisible(), shown);
-
-    // The same language on the next tick leaves the label alone.
-    code->setText("untouched");
-    shell->hideWindow();
-    QCOMPARE(code->text(), QString("untouched"));
-}
-
-void PanelTest::dateAndDayOnTheTick()
-{
-    TestMachine m;
-    auto shell = makeShell();
-    shell->hideWindow();
-    const QDate today = QDate::currentDate();
-    QCOMPARE(formWidget<QLabel>(*shell, "label_2")->text(), dateText(today));
-    QCOMPARE(formWidget<QLabel>(*shell, "label")->text(), dayText(today));
-}
-
-void PanelTest::displayTooltip()
-{
-    TestMachine m;
-    m.config("fixedB2=:/d.png|Display|disp.exe\n");
-    m.facts("display", "current=1024x768x24@60\nmodes=800x600x24@60,1024x768x16@60,1024x768x24@60");
-    auto shell = makeShell();
-    shell->getResolution();
-    // The walk finds the listed mode that matches in all four fields.
-    QCOMPARE(shell->displayButton->toolTip(), resolutionTooltip(1024, 768, 24, 60));
-    // In the steady state the walk does not run again.
-    shell->displayButton->setToolTip("kept");
-    shell->getResolution();
-    QCOMPARE(shell->displayButton->toolTip(), QString("kept"));
-}
-
-void PanelTest::resolutionChangeWhileDown()
-{
-    TestMachine m;
-    ScreenMachine *screen = m.use<ScreenMachine>();
-    auto shell = makeShell();
-    QVERIFY(!shell->panelShown);
-    screen->screen = {1280, 1024};
-    m.facts("display", "current=1280x1024x32@60");
-    shell->getResolution();
-    QCOMPARE(displayWidth, 1280);
-    QCOMPARE(screenHeight, 1024);
-    QCOMPARE(shell->pos(), QPoint(0, 1021));
-    QCOMPARE(shell->size(), QSize(1280, 1024));
-    QCOMPARE(shell->mask(), QRegion(0, 0, 1280, 64));
-    QCOMPARE(formWidget<QWidget>(*shell, "widget_2")->x(), 780);
-    QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t1280\t1021"));
-
-    // Up and locked, the same change keeps it up at the new bottom and leaves it 64 pixels.
-    shell->showWindow();
-    shell->panelLocked = true;
-    screen->screen = {1024, 768};
-    m.facts("display", "current=1024x768x32@60");
-    shell->getResolution();
-    QCOMPARE(shell->pos(), QPoint(0, 768 - 64));
-    QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t1024\t704"));
-}
-
-void PanelTest::scaledDisplayKeepsDesktop()
-{
-    TestMachine m;
-    ScreenMachine *screen = m.use<ScreenMachine>();
-    winPeMode = true;
-    auto shell = makeShell();
-    // Same scale: the desktop is laid out again and the wallpaper reloaded.
-    screen->screen = {1280, 1024};
-    m.facts("display", "current=1280x1024x32@60");
-    shell->getResolution();
-    QCOMPARE(m.journalOf("wallpaper").size(), 1);
-    // Twice the pixels of the logical screen: nothing is laid out, no wallpaper.
-    screen->screen = {1024, 768};
-    m.facts("display", "current=2048x1536x32@60");
-    shell->getResolution();
-    QCOMPARE(m.journalOf("wallpaper").size(), 1);
-    QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
-}
-
-void PanelTest::hideAndShow_data()
-{
-    QTest::addColumn<bool>("up");
-    QTest::addColumn<QPoint>("pointer");
-    QTest::addColumn<bool>("modal");
-    QTest::addColumn<bool>("locked");
-    QTest::addColumn<bool>("menu");
-    QTest::addColumn<bool>("staysUp");
-    const QPoint away(500, 100);
-    QTest::newRow("down, pointer on the bottom row: rises") << false << QPoint(500, 767) << false << false << false << true;
-    QTest::newRow("down, pointer elsewhere: stays down") << false << away << false << false << false << false;
-    QTest::newRow("up, pointer on the panel's corner: stays") << true << QPoint(1024, 704) << false << false << false << true;
-    QTest::newRow("up, a modal dialog holds it") << true << away << true << false << false << true;
-    QTest::newRow("up, the lock holds it") << true << away << false << true << false << true;
-    QTest::newRow("up, a running menu holds it") << true << away << false << false << true << true;
-    QTest::newRow("up, pointer away: drops to its edge") << true << away << false << false << false << false;
-}
-
-void PanelTest::hideAndShow()
-{
-    QFETCH(bool, up);
-    QFETCH(QPoint, pointer);
-    QFETCH(bool, modal);
-    QFETCH(bool, locked);
-    QFETCH(bool, menu);
-    QFETCH(bool, staysUp);
-    TestMachine m;
-    auto shell = makeShell();
-    shell->show();
-    shell->startButton->opened = false;
-    shell->startButton->state = 0;
-    if (up)
-        shell->showWindow();
-    QCursor::setPos(pointer);
-    modalOpen = modal;
-    shell->panelLocked = locked;
-    shell->startButton->menuRunning = menu;
-    shell->startButton->rainbowTimer->start(100);
-    shell->hideWindow();
-    QCOMPARE(shell->panelShown, staysUp);
-    QCOMPARE(shell->pos(), QPoint(0, staysUp ? 704 : 765));
-    if (up && !staysUp)
-        QVERIFY(!shell->startButton->rainbowTimer->isActive());   // dropping ends the pulse
-}
-
-void PanelTest::startButtonLook_data()
-{
-    QTest::addColumn<QPoint>("pointer");
-    QTest::addColumn<int>("before");
-    QTest::addColumn<bool>("opened");
-    QTest::addColumn<int>("after");
-    QTest::newRow("inside the button: hover") << QPoint(20, 20) << 0 << false << 1;
-    QTest::newRow("the square's edge does not enter") << QPoint(45, 20) << 0 << false << 0;
-    QTest::newRow("between the two squares the hover stays") << QPoint(55, 55) << 1 << false << 1;
-    QTest::newRow("outside both squares: rest") << QPoint(65, 20) << 1 << false << 0;
-    QTest::newRow("pressed with no menu open: rest, closed") << QPoint(300, 20) << 2 << true << 0;
-}
-
-void PanelTest::startButtonLook()
-{
-    QFETCH(QPoint, pointer);
-    QFETCH(int, before);
-    QFETCH(bool, opened);
-    QFETCH(int, after);
-    TestMachine m;
-    auto shell = makeShell();
-    shell->show();
-    shell->showWindow();
-    shell->panelLocked = true;
-    shell->startButton->opened = opened;
-    shell->startButton->state = before;
-    QCursor::setPos(pointer + QPoint(0, 704));
-    shell->hideWindow();
-    QCOMPARE(shell->startButton->state, after);
-    QVERIFY(!shell->startButton->opened);
-}
-
-void PanelTest::lockButtonWorkArea()
-{
-    TestMachine m;
-    m.facts("display", "current=2048x1536x32@60");
-    winPeMode = true;
-    auto shell = makeShell();
-    displayWidth = 2048;
-    displayHeight = 1536;
-    shell->on_pushButton_3_clicked();
-    QVERIFY(shell->panelLocked);
-    // 200 %: the locked work area ends 128 display pixels above the bottom.
-    QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t2048\t1408"));
-    QCOMPARE(savedWorkArea.bottom, 1536);
-    shell->on_pushButton_3_clicked();
-    QVERIFY(!shell->panelLocked);
-    QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
-
-    // Outside Windows PE the icon and the state change, the work area does not.
-    winPeMode = false;
-    QPushButton *lock = formWidget<QPushButton>(*shell, "pushButton_3");
-    const QImage unlocked = lock->icon().pixmap(20, 20).toImage();
-    shell->on_pushButton_3_clicked();
-    QVERIFY(shell->panelLocked);
-    QVERIFY(lock->icon().pixmap(20, 20).toImage() != unlocked);
-    QCOMPARE(m.journalOf("workarea").size(), 2);
-}
-
-void PanelTest::hotKeysOnlyInWinPe_data()
-{
-    QTest::addColumn<bool>("winPe");
-    QTest::newRow("outside Windows PE: no keys, no hook") << false;
-    QTest::newRow("in Windows PE: three keys and the hook, all let go at the end") << true;
-}
-
-void PanelTest::hotKeysOnlyInWinPe()
-{
-    QFETCH(bool, winPe);
-    TestMachine m;
-    winPeMode = winPe;
+    void memoryLineAndRestart()
     {
+        TestMachine m;
+        m.facts("memory", "totalMB=1024\navailableMB=300");
         auto shell = makeShell();
-        QStringList keys;
-        for (const QString &line : m.journalOf("registerhotkey"))
-            keys << line.section('\t', 1);
-        const QStringList expected{"1\t8\t91", "2\t6\t68", "3\t3\t68"};
-        QCOMPARE(keys, winPe ? expected : QStringList());
-        QCOMPARE(m.journalOf("installhook").size(), winPe ? 1 : 0);
+        shell->getSystemCondition();
+        QLabel *memory = formWidget<QLabel>(*shell, "label_3");
+        QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
+        QVERIFY(shell->statusTimer->isActive());
+        QCOMPARE(shell->statusTimer->interval(), 3000);
+
+        m.facts("memory", "answers=0");
+        shell->getMemory();
+        QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
     }
-    if (winPe) {
-        QCOMPARE(m.journalOf("unregisterhotkey").size(), 3);
-        QCOMPARE(m.journalOf("removehook").size(), 1);
+
+    void keyboardLanguage_data()
+    {
+        QTest::addColumn<QByteArray>("keyboard");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<bool>("shown");
+        QTest::newRow("two layouts: the foreground's code, shown")
+            << QByteArray("layouts=04090409,04190419\nforeground=04190419") << "RU" << true;
+        QTest::newRow("one layout: hidden; a language not in the table reads EN")
+            << QByteArray("layouts=04080408") << "EN" << false;
     }
-}
 
-void PanelTest::hotKeyOneTwice()
-{
-    TestMachine m;
-    auto shell = makeShell();
-    shell->show();
-    shell->startButton->opened = false;
-    shell->startButton->state = 0;
-    bool openInside = false;
-    bool stillOpenAfterSecond = false;
-    QCursor::setPos(500, 100);
-    closeMenuWhenShown(shell->mainMenu, [&] {
-        openInside = shell->startButton->state == 2 && shell->panelShown;
-        QVERIFY(shell->handleNativeMessage(hotKey(1)));
-        stillOpenAfterSecond = shell->mainMenu->isVisible();
-    });
-    QVERIFY(shell->handleNativeMessage(hotKey(1)));
-    QVERIFY(openInside);
-    QVERIFY(stillOpenAfterSecond);
-    QVERIFY(!shell->startButton->opened);
-    QCOMPARE(shell->startButton->state, 0);
-}
+    void keyboardLanguage()
+    {
+        QFETCH(QByteArray, keyboard);
+        QFETCH(QString, label);
+        QFETCH(bool, shown);
+        TestMachine m;
+        m.facts("keyboard", keyboard);
+        auto shell = makeShell();
+        shell->show();
+        QLabel *code = formWidget<QLabel>(*shell, "label_7");
+        code->setText("before");   // the tick sets the label whenever the language differs from the last
+        shell->hideWindow();
+        QCOMPARE(code->text(), "<p style=\"color:#FFFFFF\"><B>" + label + "</p>");
+        QCOMPARE(code->isVisible(), shown);
+        QCOMPARE(formWidget<QLabel>(*shell, "label_6")->isVisible(), shown);
 
-void PanelTest::hotKeysTwoAndThreeStart_data()
-{
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QString>("start");
-    QTest::newRow("Ctrl+Shift+D: the display tool, low") << 2 << "start\topen\tDisplayRes.exe\tlow\t1";
-    QTest::newRow("Ctrl+Alt+D: the task manager") << 3 << "start\topen\ttaskmgr.exe\t\t1";
-}
-
-void PanelTest::hotKeysTwoAndThreeStart()
-{
-    QFETCH(int, id);
-    QFETCH(QString, start);
-    TestMachine m;
-    auto shell = makeShell();
-    QVERIFY(!shell->handleNativeMessage(hotKey(id)));   // and the message goes on
-    QCOMPARE(m.journalOf("start"), QStringList(start));
-}
-
-void PanelTest::ctrlAltDel_data()
-{
-    using namespace win32;
-    QTest::addColumn<int>("code");
-    QTest::addColumn<int>("vk");
-    QTest::addColumn<quint32>("flags");
-    QTest::addColumn<QList<int>>("held");
-    QTest::addColumn<bool>("swallowed");
-    const QList<int> ctrlAlt{vkControl, vkMenu};
-    QTest::newRow("Ctrl+Alt+Del down (and each repeat): task manager")
-        << hcAction << vkDelete << 0u << ctrlAlt << true;
-    QTest::newRow("the key-up passes") << hcAction << vkDelete << llkhfUp << ctrlAlt << false;
-    QTest::newRow("not HC_ACTION passes") << 1 << vkDelete << 0u << ctrlAlt << false;
-    QTest::newRow("another key passes") << hcAction << vkDelete - 1 << 0u << ctrlAlt << false;
-    QTest::newRow("Ctrl without Alt passes") << hcAction << vkDelete << 0u << QList<int>{vkControl} << false;
-}
-
-void PanelTest::ctrlAltDel()
-{
-    QFETCH(int, code);
-    QFETCH(int, vk);
-    QFETCH(quint32, flags);
-    QFETCH(QList<int>, held);
-    QFETCH(bool, swallowed);
-    TestMachine m;
-    m.use<ScreenMachine>()->heldKeys = held;
-    QCOMPARE(my_shell1::keyboardHookEvent(KeyHookEvent{code, quint32(vk), flags}), swallowed);
-    QCOMPARE(m.journalOf("start"),
-             swallowed ? QStringList("start\topen\ttaskmgr.exe\t\t1") : QStringList());
-}
-
-void PanelTest::refreshMessage_data()
-{
-    QTest::addColumn<quintptr>("wParam");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("shown");
-    QTest::newRow("\"Refresh\" with 1: the desktop reads its folder again") << quintptr(1) << "Refresh" << 2;
-    QTest::newRow("the text is matched by case") << quintptr(1) << "refresh" << 1;
-    QTest::newRow("another wParam is not the message") << quintptr(0) << "Refresh" << 1;
-}
-
-void PanelTest::refreshMessage()
-{
-    QFETCH(quintptr, wParam);
-    QFETCH(QString, text);
-    QFETCH(int, shown);
-    TestMachine m;
-    m.file("X:/Users/Default/Desktop/one.lnk", "x");
-    auto shell = makeShell();
-    m.file("X:/Users/Default/Desktop/two.lnk", "x");
-    NativeMessage message;
-    message.kind = NativeMessage::CopyData;
-    message.wParam = wParam;
-    message.text = text;
-    QVERIFY(!shell->handleNativeMessage(message));
-    int count = 0;
-    for (QWidget *w : shell->desktop->findChildren<my_ToolButton *>())
-        count += w->isVisibleTo(shell->desktop) ? 1 : 0;
-    QCOMPARE(count, shown);
-}
-
-void PanelTest::initChain_data()
-{
-    QTest::addColumn<bool>("staticScript");
-    QTest::addColumn<bool>("mapScript");
-    QTest::newRow("no scripts: the menu opens, then the programs start") << false << false;
-    QTest::newRow("static address script, then the menu") << true << false;
-    QTest::newRow("mapping script: no menu") << false << true;
-    QTest::newRow("both scripts, one after the other") << true << true;
-}
-
-void PanelTest::initChain()
-{
-    QFETCH(bool, staticScript);
-    QFETCH(bool, mapScript);
-    TestMachine m;
-    m.config("toRun=tool|-q\n");
-    if (staticScript)
-        m.file("X:/Program Files/kelpie/start_ip.cmd", "@echo off\n");
-    if (mapScript)
-        m.file("X:/map_network.cmd", "@echo off\n");
-    auto shell = makeShell();
-    shell->show();
-
-    int menus = 0;
-    bool startedBeforeMenuClosed = false;
-    auto expectMenu = [&] {
-        closeMenuWhenShown(shell->mainMenu, [&] {
-            ++menus;
-            startedBeforeMenuClosed = m.journalOf("start").contains(toolStart);
-        });
-    };
-    if (!staticScript && !mapScript)
-        expectMenu();
-    shell->init();
-    if (staticScript) {
-        QCOMPARE(shell->bringUpStage, 1);
-        QVERIFY(shell->startIpPending);
-        QVERIFY(shell->staticIpTimer->isActive());
-        QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QVERIFY(!m.journalOf("start").contains(toolStart));
-        if (!mapScript)
-            expectMenu();
-        shell->needStopOperation(1);   // the desktop's stop button
-        QVERIFY(!shell->staticIpTimer->isActive());
+        // The same language on the next tick leaves the label alone.
+        code->setText("untouched");
+        shell->hideWindow();
+        QCOMPARE(code->text(), QString("untouched"));
     }
-    if (mapScript) {
-        QCOMPARE(shell->bringUpStage, 2);
-        QVERIFY(shell->mapNetworkTimer->isActive());
-        QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QVERIFY(!m.journalOf("start").contains(toolStart));
-        shell->needStopOperation(1);
-        QVERIFY(!shell->mapNetworkTimer->isActive());
-        QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-    }
-    QCOMPARE(menus, mapScript ? 0 : 1);
-    QVERIFY(!startedBeforeMenuClosed);
-    QCOMPARE(m.journalOf("start").count(toolStart), 1);
-    QVERIFY(toRunList.isEmpty());
-}
 
-void PanelTest::secondInstanceRunsNothing()
-{
-    TestMachine m;
-    m.config("toRun=tool|-q\n");
-    secondInstance = true;
-    auto shell = makeShell();
-    shell->show();
-    closeMenuWhenShown(shell->mainMenu);
-    shell->init();
-    QVERIFY(m.journalOf("start").isEmpty());
-}
-
-void PanelTest::initTidiesAndLocks()
-{
-    TestMachine m;
-    for (const char *tool : {"initKelpie.exe", "initKP.exe", "cfg_winpe.exe", "keep.exe"})
-        m.file(QString("X:/Program Files/kelpie/") + tool, "MZ");
-    m.file("X:/map_network.cmd", "@echo off\n");   // no menu on this road
-    auto shell = makeShell();
-    shell->show();
-    shell->init();
-    QCOMPARE(QDir(m.folder() + "/drives/X/Program Files/kelpie").entryList(QDir::Files),
-             QStringList("keep.exe"));
-    QVERIFY(shell->panelShown);
-    QVERIFY(shell->panelLocked);
-    QVERIFY(shell->hideTimer->isActive());
-    QCOMPARE(shell->hideTimer->interval(), 1000);
-    QVERIFY(shell->statusTimer->isActive());
-    QVERIFY(!formWidget<QLabel>(*shell, "label_3")->text().isEmpty());
-    QVERIFY(!shell->mainMenu->isVisible());
-}
-
-void PanelTest::logLines()
-{
+    void dateAndDayOnTheTick()
     {
         TestMachine m;
         auto shell = makeShell();
-        shell->addLogInfo("run x:\\program files\\kelpie\\a.exe=0");
-        shell->addLogInfo(QString::fromUtf8("second"));
-        QCOMPARE(m.read("drives/X/init.log"),
-                 QByteArray("run x:\\program files\\kelpie\\a.exe=0\r\nsecond\r\n"));
+        shell->hideWindow();
+        const QDate today = QDate::currentDate();
+        QCOMPARE(formWidget<QLabel>(*shell, "label_2")->text(), dateText(today));
+        QCOMPARE(formWidget<QLabel>(*shell, "label")->text(), dayText(today));
     }
 
-    // An unwritable log drops the line and nothing else changes.
-    TestMachine n;
-    QDir(n.folder()).mkpath("drives/X/init.log");
-    n.config("toRun=tool|\n");
-    auto other = makeShell();
-    other->addLogInfo("lost");
-    other->runTaskList();
-    QCOMPARE(n.journalOf("start").size(), 1);
-    QVERIFY(QFileInfo(n.folder() + "/drives/X/init.log").isDir());
-}
+    void displayTooltip()
+    {
+        TestMachine m;
+        m.config("fixedB2=:/d.png|Display|disp.exe\n");
+        m.facts("display", "current=1024x768x24@60\nmodes=800x600x24@60,1024x768x16@60,1024x768x24@60");
+        auto shell = makeShell();
+        shell->getResolution();
+        // The walk finds the listed mode that matches in all four fields.
+        QCOMPARE(shell->displayButton->toolTip(), resolutionTooltip(1024, 768, 24, 60));
+        // In the steady state the walk does not run again.
+        shell->displayButton->setToolTip("kept");
+        shell->getResolution();
+        QCOMPARE(shell->displayButton->toolTip(), QString("kept"));
+    }
+
+    void resolutionChangeWhileDown()
+    {
+        TestMachine m;
+        ScreenMachine *screen = m.use<ScreenMachine>();
+        auto shell = makeShell();
+        QVERIFY(!shell->panelShown);
+        screen->screen = {1280, 1024};
+        m.facts("display", "current=1280x1024x32@60");
+        shell->getResolution();
+        QCOMPARE(displayWidth, 1280);
+        QCOMPARE(screenHeight, 1024);
+        QCOMPARE(shell->pos(), QPoint(0, 1021));
+        QCOMPARE(shell->size(), QSize(1280, 1024));
+        QCOMPARE(shell->mask(), QRegion(0, 0, 1280, 64));
+        QCOMPARE(formWidget<QWidget>(*shell, "widget_2")->x(), 780);
+        QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t1280\t1021"));
+
+        // Up and locked, the same change keeps it up at the new bottom and leaves it 64 pixels.
+        shell->showWindow();
+        shell->panelLocked = true;
+        screen->screen = {1024, 768};
+        m.facts("display", "current=1024x768x32@60");
+        shell->getResolution();
+        QCOMPARE(shell->pos(), QPoint(0, 768 - 64));
+        QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t1024\t704"));
+    }
+
+    void scaledDisplayKeepsDesktop()
+    {
+        TestMachine m;
+        ScreenMachine *screen = m.use<ScreenMachine>();
+        winPeMode = true;
+        auto shell = makeShell();
+        // Same scale: the desktop is laid out again and the wallpaper reloaded.
+        screen->screen = {1280, 1024};
+        m.facts("display", "current=1280x1024x32@60");
+        shell->getResolution();
+        QCOMPARE(m.journalOf("wallpaper").size(), 1);
+        // Twice the pixels of the logical screen: nothing is laid out, no wallpaper.
+        screen->screen = {1024, 768};
+        m.facts("display", "current=2048x1536x32@60");
+        shell->getResolution();
+        QCOMPARE(m.journalOf("wallpaper").size(), 1);
+        QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
+    }
+
+    void hideAndShow_data()
+    {
+        QTest::addColumn<bool>("up");
+        QTest::addColumn<QPoint>("pointer");
+        QTest::addColumn<bool>("modal");
+        QTest::addColumn<bool>("locked");
+        QTest::addColumn<bool>("menu");
+        QTest::addColumn<bool>("staysUp");
+        const QPoint away(500, 100), bottom(500, 767), corner(1024, 704);
+        QTest::newRow("down, pointer on the last row: rises") << false << bottom << false << false << false << true;
+        QTest::newRow("down, pointer away: stays down") << false << away << false << false << false << false;
+        QTest::newRow("up, pointer on its corner: stays") << true << corner << false << false << false << true;
+        QTest::newRow("up, a modal dialog holds it") << true << away << true << false << false << true;
+        QTest::newRow("up, the lock holds it") << true << away << false << true << false << true;
+        QTest::newRow("up, a running menu holds it") << true << away << false << false << true << true;
+        QTest::newRow("up, pointer away: drops") << true << away << false << false << false << false;
+    }
+
+    void hideAndShow()
+    {
+        QFETCH(bool, up);
+        QFETCH(QPoint, pointer);
+        QFETCH(bool, modal);
+        QFETCH(bool, locked);
+        QFETCH(bool, menu);
+        QFETCH(bool, staysUp);
+        TestMachine m;
+        auto shell = makeShell();
+        shell->show();
+        shell->startButton->opened = false;
+        shell->startButton->state = 0;
+        if (up)
+            shell->showWindow();
+        QCursor::setPos(pointer);
+        modalOpen = modal;
+        shell->panelLocked = locked;
+        shell->startButton->menuRunning = menu;
+        shell->startButton->rainbowTimer->start(100);
+        shell->hideWindow();
+        QCOMPARE(shell->panelShown, staysUp);
+        QCOMPARE(shell->pos(), QPoint(0, staysUp ? 704 : 765));
+        if (up && !staysUp)
+            QVERIFY(!shell->startButton->rainbowTimer->isActive());   // dropping ends the pulse
+    }
+
+    void startButtonLook_data()
+    {
+        QTest::addColumn<QPoint>("pointer");
+        QTest::addColumn<int>("before");
+        QTest::addColumn<bool>("opened");
+        QTest::addColumn<int>("after");
+        QTest::newRow("inside the button: hover") << QPoint(20, 20) << 0 << false << 1;
+        QTest::newRow("the square's edge does not enter") << QPoint(45, 20) << 0 << false << 0;
+        QTest::newRow("between the two squares the hover stays") << QPoint(55, 55) << 1 << false << 1;
+        QTest::newRow("outside both squares: rest") << QPoint(65, 20) << 1 << false << 0;
+        QTest::newRow("pressed with no menu open: rest, closed") << QPoint(300, 20) << 2 << true << 0;
+    }
+
+    void startButtonLook()
+    {
+        QFETCH(QPoint, pointer);
+        QFETCH(int, before);
+        QFETCH(bool, opened);
+        QFETCH(int, after);
+        TestMachine m;
+        auto shell = makeShell();
+        shell->show();
+        shell->showWindow();
+        shell->panelLocked = true;
+        shell->startButton->opened = opened;
+        shell->startButton->state = before;
+        QCursor::setPos(pointer + QPoint(0, 704));
+        shell->hideWindow();
+        QCOMPARE(shell->startButton->state, after);
+        QVERIFY(!shell->startButton->opened);
+    }
+
+    void lockButtonWorkArea()
+    {
+        TestMachine m;
+        m.facts("display", "current=2048x1536x32@60");
+        winPeMode = true;
+        auto shell = makeShell();
+        displayWidth = 2048;
+        displayHeight = 1536;
+        shell->on_pushButton_3_clicked();
+        QVERIFY(shell->panelLocked);
+        // 200 %: the locked work area ends 128 display pixels above the bottom.
+        QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t2048\t1408"));
+        QCOMPARE(savedWorkArea.bottom, 1536);
+        shell->on_pushButton_3_clicked();
+        QVERIFY(!shell->panelLocked);
+        QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
+
+        // Outside Windows PE the icon and the state change, the work area does not.
+        winPeMode = false;
+        QPushButton *lock = formWidget<QPushButton>(*shell, "pushButton_3");
+        const QImage unlocked = lock->icon().pixmap(20, 20).toImage();
+        shell->on_pushButton_3_clicked();
+        QVERIFY(shell->panelLocked);
+        QVERIFY(lock->icon().pixmap(20, 20).toImage() != unlocked);
+        QCOMPARE(m.journalOf("workarea").size(), 2);
+    }
+
+    void hotKeysOnlyInWinPe_data()
+    {
+        QTest::addColumn<bool>("winPe");
+        QTest::newRow("outside Windows PE: no keys, no hook") << false;
+        QTest::newRow("in Windows PE: three keys and the hook, all let go at the end") << true;
+    }
+
+    void hotKeysOnlyInWinPe()
+    {
+        QFETCH(bool, winPe);
+        TestMachine m;
+        winPeMode = winPe;
+        {
+            auto shell = makeShell();
+            QStringList keys;
+            for (const QString &line : m.journalOf("registerhotkey"))
+                keys << line.section('\t', 1);
+            const QStringList expected{"1\t8\t91", "2\t6\t68", "3\t3\t68"};
+            QCOMPARE(keys, winPe ? expected : QStringList());
+            QCOMPARE(m.journalOf("installhook").size(), winPe ? 1 : 0);
+        }
+        if (winPe) {
+            QCOMPARE(m.journalOf("unregisterhotkey").size(), 3);
+            QCOMPARE(m.journalOf("removehook").size(), 1);
+        }
+    }
+
+    void hotKeyOneTwice()
+    {
+        TestMachine m;
+        auto shell = makeShell();
+        shell->show();
+        shell->startButton->opened = false;
+        shell->startButton->state = 0;
+        bool openInside = false;
+        bool stillOpenAfterSecond = false;
+        QCursor::setPos(500, 100);
+        closeMenuWhenShown(shell->mainMenu, [&] {
+            openInside = shell->startButton->state == 2 && shell->panelShown;
+            QVERIFY(shell->handleNativeMessage(hotKey(1)));
+            stillOpenAfterSecond = shell->mainMenu->isVisible();
+        });
+        QVERIFY(shell->handleNativeMessage(hotKey(1)));
+        QVERIFY(openInside);
+        QVERIFY(stillOpenAfterSecond);
+        QVERIFY(!shell->startButton->opened);
+        QCOMPARE(shell->startButton->state, 0);
+    }
+
+    void hotKeysTwoAndThreeStart_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("start");
+        QTest::newRow("Ctrl+Shift+D: the display tool, low") << 2 << "start\topen\tDisplayRes.exe\tlow\t1";
+        QTest::newRow("Ctrl+Alt+D: the task manager") << 3 << "start\topen\ttaskmgr.exe\t\t1";
+    }
+
+    void hotKeysTwoAndThreeStart()
+    {
+        QFETCH(int, id);
+        QFETCH(QString, start);
+        TestMachine m;
+        auto shell = makeShell();
+        QVERIFY(!shell->handleNativeMessage(hotKey(id)));   // and the message goes on
+        QCOMPARE(m.journalOf("start"), QStringList(start));
+    }
+
+    void ctrlAltDel_data()
+    {
+        using namespace win32;
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("vk");
+        QTest::addColumn<quint32>("flags");
+        QTest::addColumn<QList<int>>("held");
+        QTest::addColumn<bool>("swallowed");
+        const QList<int> ctrlAlt{vkControl, vkMenu};
+        QTest::newRow("Ctrl+Alt+Del down (and each repeat): task manager")
+            << hcAction << vkDelete << 0u << ctrlAlt << true;
+        QTest::newRow("the key-up passes") << hcAction << vkDelete << llkhfUp << ctrlAlt << false;
+        QTest::newRow("not HC_ACTION passes") << 1 << vkDelete << 0u << ctrlAlt << false;
+        QTest::newRow("another key passes") << hcAction << vkDelete - 1 << 0u << ctrlAlt << false;
+        QTest::newRow("Ctrl without Alt passes") << hcAction << vkDelete << 0u << QList<int>{vkControl}
+                                                 << false;
+    }
+
+    void ctrlAltDel()
+    {
+        QFETCH(int, code);
+        QFETCH(int, vk);
+        QFETCH(quint32, flags);
+        QFETCH(QList<int>, held);
+        QFETCH(bool, swallowed);
+        TestMachine m;
+        m.use<ScreenMachine>()->heldKeys = held;
+        QCOMPARE(my_shell1::keyboardHookEvent(KeyHookEvent{code, quint32(vk), flags}), swallowed);
+        QCOMPARE(m.journalOf("start"),
+                 swallowed ? QStringList("start\topen\ttaskmgr.exe\t\t1") : QStringList());
+    }
+
+    void refreshMessage_data()
+    {
+        QTest::addColumn<quintptr>("wParam");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("shown");
+        QTest::newRow("\"Refresh\" with 1: the desktop reads its folder again") << quintptr(1) << "Refresh" << 2;
+        QTest::newRow("the text is matched by case") << quintptr(1) << "refresh" << 1;
+        QTest::newRow("another wParam is not the message") << quintptr(0) << "Refresh" << 1;
+    }
+
+    void refreshMessage()
+    {
+        QFETCH(quintptr, wParam);
+        QFETCH(QString, text);
+        QFETCH(int, shown);
+        TestMachine m;
+        m.file("X:/Users/Default/Desktop/one.lnk", "x");
+        auto shell = makeShell();
+        m.file("X:/Users/Default/Desktop/two.lnk", "x");
+        NativeMessage message;
+        message.kind = NativeMessage::CopyData;
+        message.wParam = wParam;
+        message.text = text;
+        QVERIFY(!shell->handleNativeMessage(message));
+        int count = 0;
+        for (QWidget *w : shell->desktop->findChildren<my_ToolButton *>())
+            count += w->isVisibleTo(shell->desktop) ? 1 : 0;
+        QCOMPARE(count, shown);
+    }
+
+    void initChain_data()
+    {
+        QTest::addColumn<bool>("staticScript");
+        QTest::addColumn<bool>("mapScript");
+        QTest::newRow("no scripts: the menu opens, then the programs start") << false << false;
+        QTest::newRow("static address script, then the menu") << true << false;
+        QTest::newRow("mapping script: no menu") << false << true;
+        QTest::newRow("both scripts, one after the other") << true << true;
+    }
+
+    void initChain()
+    {
+        QFETCH(bool, staticScript);
+        QFETCH(bool, mapScript);
+        TestMachine m;
+        m.config("toRun=tool|-q\n");
+        if (staticScript)
+            m.file("X:/Program Files/kelpie/start_ip.cmd", "@echo off\n");
+        if (mapScript)
+            m.file("X:/map_network.cmd", "@echo off\n");
+        auto shell = makeShell();
+        shell->show();
+
+        int menus = 0;
+        bool startedBeforeMenuClosed = false;
+        auto expectMenu = [&] {
+            closeMenuWhenShown(shell->mainMenu, [&] {
+                ++menus;
+                startedBeforeMenuClosed = m.journalOf("start").contains(toolStart);
+            });
+        };
+        if (!staticScript && !mapScript)
+            expectMenu();
+        shell->init();
+        if (staticScript) {
+            QCOMPARE(shell->bringUpStage, 1);
+            QVERIFY(shell->startIpPending);
+            QVERIFY(shell->staticIpTimer->isActive());
+            QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
+            QVERIFY(!m.journalOf("start").contains(toolStart));
+            if (!mapScript)
+                expectMenu();
+            shell->needStopOperation(1);   // the desktop's stop button
+            QVERIFY(!shell->staticIpTimer->isActive());
+        }
+        if (mapScript) {
+            QCOMPARE(shell->bringUpStage, 2);
+            QVERIFY(shell->mapNetworkTimer->isActive());
+            QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
+            QVERIFY(!m.journalOf("start").contains(toolStart));
+            shell->needStopOperation(1);
+            QVERIFY(!shell->mapNetworkTimer->isActive());
+            QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
+        }
+        QCOMPARE(menus, mapScript ? 0 : 1);
+        QVERIFY(!startedBeforeMenuClosed);
+        QCOMPARE(m.journalOf("start").count(toolStart), 1);
+        QVERIFY(toRunList.isEmpty());
+    }
+
+    void secondInstanceRunsNothing()
+    {
+        TestMachine m;
+        m.config("toRun=tool|-q\n");
+        secondInstance = true;
+        auto shell = makeShell();
+        shell->show();
+        closeMenuWhenShown(shell->mainMenu);
+        shell->init();
+        QVERIFY(m.journalOf("start").isEmpty());
+    }
+
+    void initTidiesAndLocks()
+    {
+        TestMachine m;
+        for (const char *tool : {"initKelpie.exe", "initKP.exe", "cfg_winpe.exe", "keep.exe"})
+            m.file(QString("X:/Program Files/kelpie/") + tool, "MZ");
+        m.file("X:/map_network.cmd", "@echo off\n");   // no menu on this road
+        auto shell = makeShell();
+        shell->show();
+        shell->init();
+        QCOMPARE(QDir(m.folder() + "/drives/X/Program Files/kelpie").entryList(QDir::Files),
+                 QStringList("keep.exe"));
+        QVERIFY(shell->panelShown);
+        QVERIFY(shell->panelLocked);
+        QVERIFY(shell->hideTimer->isActive());
+        QCOMPARE(shell->hideTimer->interval(), 1000);
+        QVERIFY(shell->statusTimer->isActive());
+        QVERIFY(!formWidget<QLabel>(*shell, "label_3")->text().isEmpty());
+        QVERIFY(!shell->mainMenu->isVisible());
+    }
+
+    // The log's lines themselves are shown by the launcher's start queue.
+    void unwritableLogDropsTheLineOnly()
+    {
+        TestMachine n;
+        QDir(n.folder()).mkpath("drives/X/init.log");
+        n.config("toRun=tool|\n");
+        auto other = makeShell();
+        other->addLogInfo("lost");
+        other->runTaskList();
+        QCOMPARE(n.journalOf("start").size(), 1);
+        QVERIFY(QFileInfo(n.folder() + "/drives/X/init.log").isDir());
+    }
+};
 
 KELPIE_TEST_MAIN(PanelTest)
 #include "tst_panel.moc"

@@ -364,11 +364,9 @@ private slots:
         QDir(m.folder()).mkpath("drives/AB");
         QCOMPARE(m.sim->logicalDrives(), (1u << 2) | (1u << 4) | (1u << 5) | (1u << 23));
 
-        m.write("machine.ini",
-                "[volume.E]\nlabel=KELPIE\nmediaType=removable\nvendor=ACME\nproduct=FLASH\n"
-                "disk=1\n"
-                "[volume.F]\nready=0\ndisk=2\nanswersDeviceNumber=0\n"
-                "[volume.G]\ndisk=3\n");
+        m.volume('E', "label=KELPIE\nmediaType=removable\nvendor=ACME\nproduct=FLASH\ndisk=1")
+            .volume('F', "ready=0\ndisk=2\nanswersDeviceNumber=0")
+            .facts("volume.G", "disk=3");
         QVERIFY(m.sim->volumeReady('e') && m.sim->volumeReady('X'));
         QVERIFY(!m.sim->volumeReady('F'));
         QVERIFY(!m.sim->volumeReady('G'));   // described, but no folder
@@ -460,20 +458,15 @@ private slots:
 
     void skipsMessagesSentBeforeStart()
     {
-        QTemporaryDir dir;
-        QFile f(dir.path() + "/inbox.txt");
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("copydata 1 old\n");
-        f.close();
-        SimPlatform sim(dir.path());
+        TestMachine m;
+        m.write("inbox.txt", "copydata 1 old\n");
+        SimPlatform sim(m.folder());
         QStringList texts;
         sim.setMessageSink([&texts](const NativeMessage &msg) { texts.append(msg.text); });
         sim.pollInbox();
         QVERIFY(texts.isEmpty());
         // An inbox emptied and written anew is read from its start.
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write("copydata 1 a\n");
-        f.close();
+        m.write("inbox.txt", "copydata 1 a\n");
         sim.pollInbox();
         QCOMPARE(texts, QStringList{"a"});
     }

@@ -8,6 +8,7 @@ packages=(
     g++-mingw-w64-x86-64-posix xz-utils                    # Windows cross build
     wine wine64 fonts-wine                                 # running the Windows build
     xvfb xauth xdotool imagemagick x11-utils               # end-to-end run on a virtual display
+    python3                                                # the update tests' HTTP server
 )
 
 missing=()

@@ -1,6 +1,8 @@
 #include "simplatform.h"
 #include "simshared.h"
 
+#include "platform/win32values.h"
+
 #include <QUuid>
 #include <algorithm>
 
@@ -8,9 +10,6 @@ using namespace sim;
 
 namespace {
 
-const quint32 errorMoreData = 234;
-const quint32 errorNoMoreItems = 259;
-const quint32 errorFileNotFound = 2;
 const int subkeyBufferChars = 2048;
 const QString machineHive = QStringLiteral("HKEY_LOCAL_MACHINE\\");
 
@@ -50,9 +49,9 @@ quint32 operStatusOf(const QString &text)
 {
     const QString t = text.trimmed().toLower();
     if (t.isEmpty() || t == QLatin1String("connected") || t == QLatin1String("up"))
-        return 5;
+        return win32::ifOperStatusOperational;
     if (t == QLatin1String("disconnected") || t == QLatin1String("down"))
-        return 2;
+        return win32::ifOperStatusDisconnected;
     return numberOf(t, 0);
 }
 
@@ -104,14 +103,14 @@ bool SimPlatform::machineSubkeys(const QString &path, QList<RegSubkey> *answers)
     for (const QString &name : registry().enumKeys(key)) {
         RegSubkey a;
         if (name.size() >= subkeyBufferChars) {
-            a.result = errorMoreData;
+            a.result = win32::errorMoreData;
         } else {
             a.name = name;
         }
         answers->append(a);
     }
     RegSubkey end;
-    end.result = errorNoMoreItems;
+    end.result = win32::errorNoMoreItems;
     answers->append(end);
     return true;
 }
@@ -125,12 +124,12 @@ RegStringRead SimPlatform::machineString(const QString &path, const QString &nam
         return r;
     const RegData d = registry().readValue(key, name);
     if (!d.found) {
-        r.result = errorFileNotFound;
+        r.result = win32::errorFileNotFound;
         return r;
     }
     r.type = d.type;
     if (d.bytes.size() > bufferBytes) {
-        r.result = errorMoreData;
+        r.result = win32::errorMoreData;
         return r;
     }
     r.result = 0;
@@ -158,9 +157,8 @@ quint32 SimPlatform::adaptersInfo(QList<IpAdapterEntry> *entries)
     if (error)
         return error;
     const auto adapters = numbered(f, QStringLiteral("adapter"));
-    // ERROR_NO_DATA: no adapter at all.
     if (adapters.isEmpty())
-        return 232;
+        return win32::errorNoData;
     for (const auto &section : adapters) {
         const QMap<QString, QString> &a = section.second;
         if (!boolOf(a.value(QStringLiteral("listed")), true))
@@ -208,7 +206,7 @@ IfEntryFacts SimPlatform::interfaceEntry(const QString &adapterName)
 {
     const SimMachineFacts &f = currentFacts();
     IfEntryFacts e;
-    e.indexResult = 87;   // ERROR_INVALID_PARAMETER: no interface of that name
+    e.indexResult = win32::errorInvalidParameter;   // no interface of that name
     for (const auto &section : numbered(f, QStringLiteral("adapter"))) {
         const QMap<QString, QString> &a = section.second;
         if (QStringLiteral("\\DEVICE\\TCPIP_") + a.value(QStringLiteral("name")) != adapterName
@@ -246,9 +244,9 @@ FirewallFacts SimPlatform::firewallFacts()
     if (state == QLatin1String("unavailable")) {
         // The manager's class is not registered: CoCreateInstance fails.
         fw.failedStep = 2;
-        fw.hresult = qint32(0x80040154);
+        fw.hresult = win32::regdbClassNotRegistered;
         return fw;
     }
-    fw.enabled = state == QLatin1String("on") ? 0xFFFF : 0;
+    fw.enabled = state == QLatin1String("on") ? win32::variantTrue : 0;
     return fw;
 }

@@ -19,6 +19,19 @@
 #include <cstring>
 #include <cwchar>
 
+#include "platform/win32values.h"
+
+static_assert(win32::errorFileNotFound == ERROR_FILE_NOT_FOUND
+                  && win32::errorInvalidParameter == ERROR_INVALID_PARAMETER
+                  && win32::errorNoData == ERROR_NO_DATA && win32::errorMoreData == ERROR_MORE_DATA
+                  && win32::errorNoMoreItems == ERROR_NO_MORE_ITEMS,
+              "result codes");
+static_assert(win32::ifOperStatusOperational == IF_OPER_STATUS_OPERATIONAL
+                  && win32::ifOperStatusDisconnected == IF_OPER_STATUS_DISCONNECTED
+                  && win32::variantTrue == quint16(VARIANT_TRUE)
+                  && win32::regdbClassNotRegistered == qint32(REGDB_E_CLASSNOTREG),
+              "network states");
+
 namespace {
 
 // A wide text of at most `capacity` characters, read up to its first terminator.

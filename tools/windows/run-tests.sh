@@ -21,8 +21,11 @@ export WINEDLLOVERRIDES="mscoree,mshtml="
 export WINEPATH="$(winpath "$qt/bin");$(winpath /usr/lib/gcc/x86_64-w64-mingw32/12-posix);$(winpath /usr/x86_64-w64-mingw32/lib)"
 # The suites need no display: Qt runs offscreen and Wine falls back to its null driver.
 unset DISPLAY
+server=
 cleanup() {
     wineserver -k >/dev/null 2>&1 || true
+    [ -z "$server" ] || kill "$server" 2>/dev/null || true
+    rm -f "$build/tests/updateserver.port"
     rm -rf "$work"
 }
 trap cleanup EXIT
@@ -35,6 +38,17 @@ wineserver -w
 mkdir -p "$work/drive-t"
 ln -s "$work/drive-t" "$WINEPREFIX/dosdevices/t:"
 export KELPIE_TEST_DRIVE=T
+
+# The update suite's HTTP server runs on this side (Wine starts no Linux python3), serving the
+# Windows probe as the setup; the suite reads its port from updateserver.port beside it.
+probe=$(find "$build" -name kelpie_probe.exe -not -path "$build/deploy/*" -print -quit)
+if [ -n "$probe" ] && [ -d "$build/tests" ]; then
+    python3 "$repo/tests/updateserver/server.py" --fixtures "$repo/tests/updateserver/fixtures" \
+        --probe "$probe" --port-file "$work/updateserver.port" >/dev/null &
+    server=$!
+    for _ in $(seq 100); do [ -s "$work/updateserver.port" ] && break; sleep 0.1; done
+    cp "$work/updateserver.port" "$build/tests/updateserver.port"
+fi
 
 mapfile -t suites < <(find "$build" -name 'tst_*.exe' -not -path "$build/deploy/*" | sort)
 [ ${#suites[@]} -gt 0 ] || { echo "run-tests.sh: no tst_*.exe under $build" >&2; exit 1; }

@@ -1,0 +1,773 @@
+#include "testmain.h"
+#include "testmachine.h"
+#include "updateserver.h"
+
+#include "my_shell1/globals.h"
+#include "update/downloadinfo.h"
+#include "update/finishpage.h"
+#include "update/morvaneupdatemanager.h"
+#include "update/qmorvanesettings.h"
+#include "update/rollbackpage.h"
+#include "update/updatefacts.h"
+#include "update/updatepage.h"
+#include "update/updateversion.h"
+#include "update/updatewizard.h"
+#include "update/welcomepage.h"
+
+#include <QAbstractButton>
+#include <QDirIterator>
+#include <QMessageBox>
+#include <QPointer>
+#include <QSignalSpy>
+#include <memory>
+
+namespace {
+
+struct CallbackAnswer {
+    int calls = 0;
+    bool newer = false;
+    int latest = 0;
+} callbackAnswer;
+
+void rememberAnswer(bool newer, int latest)
+{
+    callbackAnswer = {callbackAnswer.calls + 1, newer, latest};
+}
+
+// A manager ends its exchange by deleting itself.
+bool waitUntilGone(const QPointer<QObject> &object)
+{
+    return QTest::qWaitFor([&]() { return object.isNull(); }, 30000);
+}
+
+// Answers the next message box with the button and keeps what it said.
+struct BoxAnswer {
+    QString title;
+    QString text;
+};
+void answerNextBox(QMessageBox::StandardButton button, BoxAnswer *seen)
+{
+    auto *poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, [poll, button, seen]() {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        *seen = {box->windowTitle(), box->text()};
+        box->button(button)->click();
+        poll->deleteLater();
+    });
+    poll->start(20);
+}
+
+QStringList filesBelow(const QString &folder)
+{
+    QStringList files;
+    QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files << QDir(folder).relativeFilePath(it.next());
+    files.sort();
+    return files;
+}
+
+const QString switches = QStringLiteral("/SP- /SILENT /NOCANCEL /CLOSEAPPLICATIONS /RESTARTAPPLICATIONS");
+
+} // namespace
+
+class UpdateTest : public QObject {
+    Q_OBJECT
+
+    UpdateServer server;
+    std::unique_ptr<TestMachine> machine;
+    QString program;   // the folder that receives the version folders
+    QString probeName = QFileInfo(QStringLiteral(KELPIE_PROBE_PATH)).fileName();
+
+    QString version10Folder() const { return program + QStringLiteral("/14.0.10"); }
+
+    // A copy of the probe installer at path.
+    bool placeProbe(const QString &path)
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile::remove(path);
+        return QFile::copy(QStringLiteral(KELPIE_PROBE_PATH), path);
+    }
+
+    // A wizard whose check found 14.0.10, at the update page asking the scenario where it lies.
+    std::unique_ptr<UpdateWizard> updateWizardAsking(const QString &scenario)
+    {
+        setUpdateEndpoint(server.endpoint(QStringLiteral("newer")));
+        auto wizard = std::make_unique<UpdateWizard>(0, productName);
+        wizard->show();
+        if (!QTest::qWaitFor([&]() { return !wizard->welcomePage->updateCheckBox->isHidden(); }, 30000))
+            return nullptr;
+        setUpdateEndpoint(scenario.startsWith(QLatin1String("http")) ? scenario : server.endpoint(scenario));
+        wizard->next();
+        if (wizard->updatePage->infoLabel->text() != QLatin1String("Checking download info..."))
+            return nullptr;
+        return wizard;
+    }
+
+    // Asks the current endpoint for the latest version and waits for the exchange to end.
+    static bool sameExchangeEnded()
+    {
+        auto *manager = new MorvaneUpdateManager;
+        const QPointer<QObject> alive(manager);
+        manager->requestLatestVersion(latestVersionUrl());
+        return waitUntilGone(alive);
+    }
+
+    // Waits for the page's status or for the info line to start with the text.
+    static bool waitForInfo(UpdatePage *page, const QString &start)
+    {
+        return QTest::qWaitFor([&]() { return page->infoLabel->text().startsWith(start); }, 30000);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(server.start(QStringLiteral(KELPIE_PROBE_PATH)), qPrintable(server.error));
+    }
+
+    void init()
+    {
+        machine = std::make_unique<TestMachine>();
+        program = machine->folder() + QStringLiteral("/program");
+        QVERIFY(QDir().mkpath(program));
+        setProgramFolder(program);
+        settingsFileName = machine->folder() + QStringLiteral("/settings.ini");
+        resetGlobals();
+        storeProductFacts();
+        qputenv("KELPIE_PROBE_LOG", QFile::encodeName(machine->folder() + QStringLiteral("/probe.log")));
+        qunsetenv("KELPIE_PROBE_EXIT");
+        qunsetenv("KELPIE_PROBE_DELAY_MS");
+        callbackAnswer = CallbackAnswer();
+    }
+
+    void cleanup()
+    {
+        setUpdateEndpoint(QString());
+        setProgramFolder(QString());
+        machine.reset();
+    }
+
+    void versions_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("build");
+        QTest::addColumn<QString>("back");
+        QTest::newRow("three parts") << "14.0.1" << 14001 << "14.0.1";
+        QTest::newRow("revision of two digits") << "14.0.10" << 14010 << "14.0.10";
+        QTest::newRow("revision 99") << "14.0.99" << 14099 << "14.0.99";
+        QTest::newRow("revision 100 carries into the minor") << "14.0.100" << 14100 << "14.1";
+        QTest::newRow("trailing zero parts left out") << "14" << 14000 << "14";
+        QTest::newRow("major above 99 loses its digits") << "114.0.1" << 114001 << "14.0.1";
+        QTest::newRow("fourth part ignored") << "14.0.1.9" << 14001 << "14.0.1";
+        QTest::newRow("part no number counts 0") << "14.x.1" << 14001 << "14.0.1";
+        QTest::newRow("empty text") << "" << 0 << "0";
+    }
+    void versions()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, build);
+        QFETCH(QString, back);
+        QCOMPARE(versionToBuild(text), build);
+        QCOMPARE(buildToVersion(build), back);
+    }
+
+    void history_data()
+    {
+        QTest::addColumn<QByteArray>("ini");
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<int>("entry");
+        QTest::addColumn<QStringList>("rows");   // the welcome page's tree, newest first
+        const QByteArray two = "[Updates]\nUpdate0_Version=14.0.5\nUpdate0_Title=First\nUpdate0_Notes=n\n"
+                               "Update1_Version=14.0.10\nUpdate1_Title=Second\n";
+        QTest::newRow("empty history") << QByteArray() << "14.0.10" << 0 << QStringList();
+        QTest::newRow("new version at the first free entry") << two << "14.1" << 2 << QStringList{"14.0.10", "14.0.5"};
+        QTest::newRow("same version overwritten in place") << two << "14.0.5" << 0 << QStringList{"14.0.10", "14.0.5"};
+        QTest::newRow("a gap ends the dense list")
+            << two + "Update3_Version=14.2\n" << "14.2" << 2 << QStringList{"14.0.10", "14.0.5"};
+    }
+    void history()
+    {
+        QFETCH(QByteArray, ini);
+        QFETCH(QString, version);
+        QFETCH(int, entry);
+        QFETCH(QStringList, rows);
+        if (!ini.isEmpty())
+            machine->write(QStringLiteral("settings.ini"), ini);
+        QCOMPARE(updateEntryFor(version), entry);
+
+        setUpdateEndpoint(UpdateServer::refusedEndpoint());
+        UpdateWizard wizard(0, productName);
+        QAbstractItemModel *model = wizard.welcomePage->tree->model();
+        QCOMPARE(model->columnCount(), 3);
+        QCOMPARE(model->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Status"));
+        QStringList seen;
+        for (int r = 0; r < model->rowCount(); ++r) {
+            seen << model->index(r, 0).data().toString();
+            QVERIFY(!(model->flags(model->index(r, 0)) & Qt::ItemIsEditable));
+        }
+        QCOMPARE(seen, rows);
+        if (!rows.isEmpty()) {
+            QCOMPARE(model->index(0, 2).data().toString(), QStringLiteral("Second"));
+            QCOMPARE(model->index(1, 1).data(Qt::ToolTipRole).toString(), QStringLiteral("n"));
+            QVERIFY(model->index(0, 0).data(Qt::ToolTipRole).isNull());
+        }
+        QVERIFY(!wizard.welcomePage->rollbackCheckBox->isEnabled());
+        // The icon's resource path has no slash behind the colon.
+        QVERIFY(!wizard.windowIcon().isNull());
+        QCOMPARE(wizard.windowTitle(), QStringLiteral("Tessel Kelpie Updates"));
+    }
+
+    void historyFields()
+    {
+        setUpdateField(12, VersionField, QStringLiteral("14.0.12"));
+        setUpdateField(12, SetupField, QStringLiteral("C:/kelpie/14.0.12/setup.exe"));
+        setUpdateField(12, 5, QStringLiteral("beyond"));
+        QCOMPARE(getUpdateField(12, SetupField), QStringLiteral("C:/kelpie/14.0.12/setup.exe"));
+        QCOMPARE(getUpdateField(12, 5), QString());
+        QCOMPARE(getUpdateField(3, VersionField), QString());
+        const QByteArray ini = machine->read(QStringLiteral("settings.ini"));
+        QVERIFY(ini.contains("[Updates]"));
+        QVERIFY(ini.contains("Update12_Version=14.0.12"));
+        QVERIFY(!ini.contains("beyond"));
+    }
+
+    void setupFileNames_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("last part of the URL") << "http://h/a/b/setup.exe" << "setup.exe";
+        QTest::newRow("backslashes") << "http://h/x/..\\..\\evil.exe" << "evil.exe";
+        QTest::newRow("drive letter") << "http://h/x/c:\\windows\\evil.exe" << "evil.exe";
+        QTest::newRow("drive letter without separator") << "http://h/x/c:evil.exe" << "evil.exe";
+        QTest::newRow("parent folder") << "http://h/x/.." << "";
+        QTest::newRow("folder itself") << "http://h/x/." << "";
+        QTest::newRow("no slash at all") << "setup.exe" << "setup.exe";
+    }
+    void setupFileNames()
+    {
+        QFETCH(QString, url);
+        QFETCH(QString, name);
+        QCOMPARE(setupFileName(url), name);
+    }
+
+    void latestVersion_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<QStringList>("emitted");
+        QTest::addColumn<int>("callbackCalls");
+        QTest::addColumn<bool>("newer");
+        QTest::addColumn<int>("latest");
+        QTest::newRow("newer") << "newer" << QStringList{"14.0.10"} << 1 << true << 14010;
+        QTest::newRow("same") << "same" << QStringList{"14.0.1"} << 1 << false << 14001;
+        QTest::newRow("older") << "older" << QStringList{"13.9"} << 1 << false << 13900;
+        QTest::newRow("query holds pid, build and os")
+            << "echo" << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 1 << false << 0;
+        QTest::newRow("empty reply emits nothing") << "empty" << QStringList() << 0 << false << 0;
+        QTest::newRow("refused emits nothing") << "" << QStringList() << 0 << false << 0;
+        QTest::newRow("each chunk emitted, callback once") << "split" << QStringList{"14.0", ".10"} << 1 << false << 14000;
+    }
+    void latestVersion()
+    {
+        QFETCH(QString, scenario);
+        QFETCH(QStringList, emitted);
+        QFETCH(int, callbackCalls);
+        QFETCH(bool, newer);
+        QFETCH(int, latest);
+        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        auto *manager = new MorvaneUpdateManager;
+        const QPointer<QObject> alive(manager);
+        manager->ownBuild = currentBuild();
+        manager->callback = rememberAnswer;
+        connect(manager, &MorvaneUpdateManager::LatestVersion, manager, &MorvaneUpdateManager::GotLatestVersion);
+        QSignalSpy versions(manager, &MorvaneUpdateManager::LatestVersion);
+        QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
+        QVERIFY(manager->requestLatestVersion(latestVersionUrl()));
+        if (emitted.size() > 1) {
+            QVERIFY(versions.wait(30000));
+            server.release(QStringLiteral("split-latest"));
+        }
+        QVERIFY(waitUntilGone(alive));
+        QStringList seen;
+        for (const QList<QVariant> &args : versions)
+            seen << args.at(0).toString();
+        QCOMPARE(seen, emitted);
+        QCOMPARE(infos.count(), 1);   // every exchange ends with one, empty here
+        QCOMPARE(infos.at(0).at(0).toString(), QString());
+        QCOMPARE(callbackAnswer.calls, callbackCalls);
+        QCOMPARE(callbackAnswer.newer, newer);
+        QCOMPARE(callbackAnswer.latest, latest);
+    }
+
+    void checkLatestVersionCallsOnce()
+    {
+        setUpdateEndpoint(server.endpoint(QStringLiteral("newer")));
+        QVERIFY(checkLatestVersion(rememberAnswer));
+        QTRY_COMPARE_WITH_TIMEOUT(callbackAnswer.calls, 1, 30000);
+        QCOMPARE(callbackAnswer.newer, true);
+        QCOMPARE(callbackAnswer.latest, 14010);
+    }
+
+    void downloadInfo_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<QString>("info");   // {base} stands for the server
+        QTest::newRow("one chunk")
+            << "chunks" << "3072|{base}/setup/size=3072,chunks=3,gate=chunks/setup.exe|Title|Notes";
+        QTest::newRow("two chunks keep the last")
+            << "split" << "4096|{base}/setup/size=4096/second.exe|Three|Four";
+        QTest::newRow("empty reply") << "empty" << "";
+        QTest::newRow("refused") << "" << "";
+        QTest::newRow("HTML error page taken as the body") << "gone" << "<html>";
+    }
+    void downloadInfo()
+    {
+        QFETCH(QString, scenario);
+        QFETCH(QString, info);
+        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        auto *manager = new MorvaneUpdateManager;
+        const QPointer<QObject> alive(manager);
+        QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
+        QVERIFY(manager->requestDownloadInfo(downloadInfoUrl()));
+        if (scenario == QLatin1String("split")) {
+            QVERIFY(QTest::qWaitFor([&]() { return !manager->info.isEmpty(); }, 30000));
+            QVERIFY(manager->info.startsWith(QLatin1String("2048|")));
+            server.release(QStringLiteral("split-info"));
+        }
+        QVERIFY(waitUntilGone(alive));
+        QCOMPARE(infos.count(), 1);
+        const QString body = infos.at(0).at(0).toString();
+        info.replace(QLatin1String("{base}"), server.base());
+        if (info == QLatin1String("<html>"))
+            QVERIFY2(body.startsWith(info) && body.contains(QLatin1String("Not Found")), qPrintable(body));
+        else
+            QCOMPARE(body, info);
+    }
+
+    void download_data()
+    {
+        QTest::addColumn<QString>("pace");
+        QTest::addColumn<int>("releases");
+        QTest::addColumn<QList<int>>("progress");
+        QTest::addColumn<int>("written");
+        QTest::newRow("one chunk") << "size=2048" << 0 << QList<int>{2048} << 2048;
+        QTest::newRow("several chunks") << "size=3000,chunks=3,gate=dl" << 2 << QList<int>{1000, 2000, 3000} << 3000;
+        QTest::newRow("empty body") << "size=0" << 0 << QList<int>() << 0;
+        QTest::newRow("reset in the middle") << "size=4096,chunks=2,gate=dl,reset=1" << 1 << QList<int>{2048} << 2048;
+    }
+    void download()
+    {
+        QFETCH(QString, pace);
+        QFETCH(int, releases);
+        QFETCH(QList<int>, progress);
+        QFETCH(int, written);
+        auto *manager = new MorvaneUpdateManager;
+        const QPointer<QObject> alive(manager);
+        const QString path = machine->folder() + QStringLiteral("/setup.exe");
+        manager->file = new QFile(path);
+        QVERIFY(manager->file->open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QSignalSpy steps(manager, &MorvaneUpdateManager::UpdateProgress);
+        QSignalSpy done(manager, &MorvaneUpdateManager::UpdateDownloaded);
+        QVERIFY(manager->requestDownload(server.base() + QStringLiteral("/setup/%1/setup.exe").arg(pace)));
+        for (int i = 0; i < releases; ++i) {
+            QVERIFY(QTest::qWaitFor([&]() { return steps.count() > i; }, 30000));
+            server.release(QStringLiteral("dl"));
+        }
+        QVERIFY(waitUntilGone(alive));
+        QList<int> seen;
+        for (const QList<QVariant> &args : steps)
+            seen << args.at(0).toInt();
+        QCOMPARE(seen, progress);
+        QCOMPARE(done.count(), 1);
+        QCOMPARE(done.at(0).at(0).toString(), path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QCOMPARE(bytes.size(), written);
+        for (int i = 0; i < bytes.size(); ++i)
+            QCOMPARE(quint8(bytes.at(i)), quint8((i * 7 + 3) % 256));
+    }
+
+    void welcomePage_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<bool>("offered");
+        QTest::addColumn<bool>("closes");
+        QTest::newRow("newer version offered")
+            << "newer" << "<b><font color=red>Update is available!</font></b> Ready to download version <b>14.0.10</b>"
+            << true << false;
+        QTest::newRow("same version: latest, Close")
+            << "same" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
+            << false << true;
+        QTest::newRow("older version: latest, Close")
+            << "older" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
+            << false << true;
+        QTest::newRow("HTML error page reads as no newer version")
+            << "gone" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
+            << false << true;
+        QTest::newRow("empty reply: no network")
+            << "empty" << "<b><font color=red>Network isn't operational!</font></b> Software update is not available"
+            << false << false;
+        QTest::newRow("refused: no network")
+            << "" << "<b><font color=red>Network isn't operational!</font></b> Software update is not available"
+            << false << false;
+    }
+    void welcomePage()
+    {
+        QFETCH(QString, scenario);
+        QFETCH(QString, status);
+        QFETCH(bool, offered);
+        QFETCH(bool, closes);
+        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        UpdateWizard wizard(0, productName);
+        QSignalSpy offers(wizard.welcomePage, &WelcomePage::NewVersionExists);
+        wizard.show();
+        WelcomePage *page = wizard.welcomePage;
+        if (offered || closes)
+            QTRY_COMPARE_WITH_TIMEOUT(page->statusLabel->text(), status, 30000);
+        else   // an exchange of our own sent after the page's has ended: the page's answer is in
+            QVERIFY(sameExchangeEnded());
+        QCOMPARE(page->statusLabel->text(), status);
+        QCOMPARE(!page->updateCheckBox->isHidden(), offered);
+        QCOMPARE(offers.count(), offered ? 1 : 0);
+        QCOMPARE(wizard.updatePage->updateTo, offered ? 14010 : 0);
+        const QString next = wizard.button(QWizard::NextButton)->text();
+        QCOMPARE(next == QLatin1String("Close"), closes);
+        QCOMPARE(page->validatePage(), offered || closes);
+        wizard.next();
+        QCOMPARE(wizard.isVisible(), !closes);
+        QCOMPARE(wizard.currentId(), offered || closes ? 1 : 0);
+    }
+
+    // Each stop of the update page on a bad answer, and where its file lands.
+    void updatePageStops_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<QString>("status");   // {folder} stands for the version folder
+        QTest::addColumn<QStringList>("files");   // below the program's folder afterwards
+        QTest::addColumn<QString>("info");   // the phase it stopped in
+        const QString asking = QStringLiteral("Checking download info...");
+        const QString noInfo = QStringLiteral("<font color=red><b>Error:</b></font> Information about update has "
+                                              "not been retrieved, communication error occured");
+        QTest::newRow("empty reply") << "empty" << noInfo << QStringList() << asking;
+        QTest::newRow("refused") << "" << noInfo << QStringList() << asking;
+        QTest::newRow("HTML error page") << "gone" << noInfo << QStringList() << asking;
+        QTest::newRow("fewer than four fields, no crash") << "short" << noInfo << QStringList() << asking;
+        QTest::newRow("size larger than the disk")
+            << "toolarge"
+            << "<font color=red><b>Error:</b></font> Unable to allocate space for file <b>setup.exe</b> in <br><b>{folder}</b>"
+            << QStringList() << "Allocating space for {folder}/setup.exe...";
+        QTest::newRow("name of the parent folder")
+            << "dots" << "<font color=red><b>Error:</b></font> Unable to create file <b></b> in <br><b>{folder}</b>"
+            << QStringList{"old/escaped.exe"} << "Allocating space for {folder}/...";
+    }
+    void updatePageStops()
+    {
+        QFETCH(QString, scenario);
+        QFETCH(QString, status);
+        QFETCH(QStringList, files);
+        QFETCH(QString, info);
+        machine->write(QStringLiteral("program/old/escaped.exe"), "installed before");
+        auto wizard = updateWizardAsking(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : scenario);
+        QVERIFY(wizard);
+        UpdatePage *page = wizard->updatePage;
+        QTRY_VERIFY_WITH_TIMEOUT(!page->statusLabel->isHidden(), 30000);
+        QCOMPARE(page->statusLabel->text(), QString(status).replace(QLatin1String("{folder}"), version10Folder()));
+        QCOMPARE(page->infoLabel->text(), info.replace(QLatin1String("{folder}"), version10Folder()));
+        files << QStringLiteral("old/escaped.exe");
+        files.removeDuplicates();
+        files.sort();
+        QCOMPARE(filesBelow(program), files);
+        QCOMPARE(machine->read(QStringLiteral("program/old/escaped.exe")), QByteArray("installed before"));
+        QVERIFY(page->progress->isHidden());
+        QVERIFY(page->validatePage());
+        QCOMPARE(wizard->currentId(), 1);
+    }
+
+    void updatePageSubfolderRefused_data()
+    {
+        QTest::addColumn<QString>("file");   // written in the way, below the machine folder
+        QTest::addColumn<QString>("home");   // the program's folder of the run
+        QTest::newRow("program folder is a file") << "plainfile" << "plainfile";
+        QTest::newRow("a file of the version folder's name") << "program/14.0.10" << "program";
+    }
+    void updatePageSubfolderRefused()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, home);
+        machine->write(file, "not a folder");
+        setProgramFolder(machine->folder() + QLatin1Char('/') + home);
+        auto wizard = updateWizardAsking(QStringLiteral("plain"));
+        QVERIFY(wizard);
+        QTRY_VERIFY_WITH_TIMEOUT(!wizard->updatePage->statusLabel->isHidden(), 30000);
+        QCOMPARE(wizard->updatePage->statusLabel->text(),
+                 QStringLiteral("<font color=red><b>Error:</b></font> Unable to create subfolder <b>14.0.10</b> in "
+                                "application's home directory:<br> <b>%1</b>")
+                     .arg(machine->folder() + QLatin1Char('/') + home));
+        QCOMPARE(machine->read(file), QByteArray("not a folder"));
+        QCOMPARE(filesBelow(program), QStringList(home == QLatin1String("program") ? QStringList{"14.0.10"} : QStringList()));
+    }
+
+    // Downloads held by the server: the page while the bytes come, and what lands on disk.
+    void updatePageDownload_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("size");
+        QTest::newRow("several chunks") << "chunks" << "setup.exe" << 3072;
+        QTest::newRow("reset in the middle") << "reset" << "setup.exe" << 4096;
+        QTest::newRow("reply that never ends, ended by the test") << "forever" << "setup.exe" << 1048576;
+        QTest::newRow("backslashes in the name stay in the folder") << "dotdot" << "escaped.exe" << 100;
+        QTest::newRow("drive letter in the name stays in the folder") << "drive" << "escaped.exe" << 100;
+        QTest::newRow("0-byte setup") << "zero" << "setup.exe" << 0;
+    }
+    void updatePageDownload()
+    {
+        QFETCH(QString, scenario);
+        QFETCH(QString, name);
+        QFETCH(int, size);
+        machine->write(QStringLiteral("program/escaped.exe"), "installed before");
+        auto wizard = updateWizardAsking(scenario);
+        QVERIFY(wizard);
+        UpdatePage *page = wizard->updatePage;
+        const QString path = version10Folder() + QLatin1Char('/') + name;
+        const bool held = scenario == QLatin1String("chunks") || scenario == QLatin1String("reset")
+                          || scenario == QLatin1String("forever");
+        if (held) {
+            QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > 33, 30000);
+            QVERIFY(page->infoLabel->text().startsWith(QStringLiteral("Downloading %1/setup/").arg(server.base())));
+            QVERIFY(!wizard->button(QWizard::BackButton)->isEnabled());
+            QVERIFY(!page->progress->isHidden());
+            QCOMPARE(page->progress->maximum(), size);
+            QCOMPARE(QFileInfo(path).size(), qint64(size));   // allocated before the first byte
+            QVERIFY(!page->validatePage());
+            if (scenario == QLatin1String("forever")) {
+                const int seen = page->progress->value();
+                QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > seen, 30000);
+                QVERIFY(!page->validatePage());
+            }
+            server.release(scenario);
+            if (scenario == QLatin1String("chunks")) {
+                QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() >= 2048, 30000);
+                server.release(scenario);
+            }
+        }
+        QVERIFY(waitForInfo(page, QStringLiteral("Downloaded to ")));
+        QCOMPARE(page->infoLabel->text(), QStringLiteral("Downloaded to ") + path);
+        QCOMPARE(page->statusLabel->text(), QStringLiteral("Installing..."));
+        QCOMPARE(page->progress->value(), 1);
+        QCOMPARE(QFileInfo(path).size(), qint64(size));
+        QCOMPARE(getUpdateField(0, VersionField), QStringLiteral("14.0.10"));
+        QCOMPARE(getUpdateField(0, SetupField), path);
+        QCOMPARE(getUpdateField(0, TitleField), QStringLiteral("Title"));
+        QCOMPARE(getUpdateField(0, DateField), QDate::currentDate().toString(QStringLiteral("dd-MMM-yyyy")));
+        QStringList files{QStringLiteral("escaped.exe"), QStringLiteral("14.0.10/") + name};
+        files.sort();
+        QCOMPARE(filesBelow(program), files);
+        QCOMPARE(machine->read(QStringLiteral("program/escaped.exe")), QByteArray("installed before"));
+    }
+
+    void updatePageQuestion_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("info");
+        QTest::addColumn<bool>("open");
+        QTest::newRow("Yes runs the setup on disk") << int(QMessageBox::Yes) << "Downloaded to " << true;
+        QTest::newRow("No downloads it again") << int(QMessageBox::No) << "Downloaded to " << true;
+        QTest::newRow("Cancel closes the wizard") << int(QMessageBox::Cancel) << "Allocating" << false;
+    }
+    void updatePageQuestion()
+    {
+        QFETCH(int, answer);
+        QFETCH(QString, info);
+        QFETCH(bool, open);
+        const QString path = version10Folder() + QLatin1Char('/') + probeName;
+        QVERIFY(QDir().mkpath(version10Folder()));
+        machine->write(QStringLiteral("program/14.0.10/") + probeName, "kept from before");
+        BoxAnswer box;
+        answerNextBox(QMessageBox::StandardButton(answer), &box);
+        auto wizard = updateWizardAsking(QStringLiteral("plain"));
+        QVERIFY(wizard);
+        QTRY_VERIFY_WITH_TIMEOUT(!box.title.isEmpty(), 30000);
+        QCOMPARE(box.title, QStringLiteral("Detected local setup"));
+        QCOMPARE(box.text, QStringLiteral("Installation file being downloaded previously detected locally:<br><br>"
+                                          "<b>%1</b><br><br>Do you want to execute it <b>[Yes]</b> or download it "
+                                          "again <b>[No]</b>?")
+                               .arg(path));
+        if (open)
+            QVERIFY(waitForInfo(wizard->updatePage, info));
+        QCOMPARE(wizard->isVisible(), open);
+        QCOMPARE(wizard->updatePage->infoLabel->text().startsWith(info), open);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray kept = file.readAll();
+        QCOMPARE(kept == "kept from before", answer != QMessageBox::No);
+        if (answer == QMessageBox::No)
+            QCOMPARE(kept.size(), int(QFileInfo(QStringLiteral(KELPIE_PROBE_PATH)).size()));
+    }
+
+    // The installer's run on both working pages: polled once a second, then its exit code.
+    void install_data()
+    {
+        QTest::addColumn<bool>("rollback");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("text");   // {setup} stands for the setup's path
+        QTest::addColumn<QString>("title");   // of the history entry afterwards
+        QTest::newRow("update, exit 0") << false << 0
+            << "<b><i>Tessel Kelpie&trade;</i></b> has been successfully updated!<br><br>Installed the latest version <b>14.0.10</b>"
+            << "Tessel Kelpie 14.0.10";
+        QTest::newRow("update, exit 5 cancelled") << false << 5
+            << "<font color=red><b>Installation has been cancelled.</b></font><br><br><b>Tessel Kelpie</b> ver. <b>14.0.10</b> "
+               "has been successfully downloaded:<br> <i>{setup}</i><br><br>You can still try executing software update manually."
+            << "Update Cancelled";
+        QTest::newRow("update, exit 3") << false << 3
+            << "<font color=red><b>Installation was interrupted with exit code 3.</b></font><br><br><b>Tessel Kelpie</b> ver. "
+               "<b>14.0.10</b> has been successfully downloaded:<br> <i>{setup}</i><br><br>You can still try executing software "
+               "update manually."
+            << "Install Error #3";
+        QTest::newRow("rollback, exit 0") << true << 0
+            << "<b><i>Tessel Kelpie&trade;</i></b> has been successfully rolled back to the version <b>13.5</b>" << "Old";
+        QTest::newRow("rollback, exit 5 cancelled") << true << 5
+            << "<font color=red><b>Rollback has been cancelled.</b></font><br><br>You can still try to rollback software manually."
+            << "Old";
+        QTest::newRow("rollback, exit 3") << true << 3
+            << "<font color=red><b>Rollback was interrupted with exit code 3.</b></font><br><br>You can still try to rollback "
+               "software manually."
+            << "Old";
+    }
+    void install()
+    {
+        QFETCH(bool, rollback);
+        QFETCH(int, code);
+        QFETCH(QString, text);
+        QFETCH(QString, title);
+        qputenv("KELPIE_PROBE_EXIT", QByteArray::number(code));
+        // Long enough for one poll to find it running; the test waits for the process, not a clock.
+        qputenv("KELPIE_PROBE_DELAY_MS", "1500");
+        const QString kept = program + QStringLiteral("/13.5/") + probeName;
+        QVERIFY(placeProbe(kept));
+        setUpdateField(0, VersionField, QStringLiteral("13.5"));
+        setUpdateField(0, TitleField, QStringLiteral("Old"));
+        setUpdateField(0, SetupField, kept);
+        const QString fresh = version10Folder() + QLatin1Char('/') + probeName;
+
+        std::unique_ptr<UpdateWizard> wizard;
+        QProcess *process = nullptr;
+        QProgressBar *progress = nullptr;
+        const char *poll = "InstallProgress";
+        QObject *page = nullptr;
+        if (rollback) {
+            setUpdateEndpoint(server.endpoint(QStringLiteral("same")));
+            wizard = std::make_unique<UpdateWizard>(0, productName);
+            wizard->show();
+            WelcomePage *welcome = wizard->welcomePage;
+            welcome->tree->setCurrentIndex(welcome->tree->model()->index(0, 0));
+            QMetaObject::invokeMethod(welcome, "enableRollbacks");
+            welcome->rollbackCheckBox->setChecked(true);
+            QCOMPARE(wizard->button(QWizard::NextButton)->text(), QStringLiteral("Next"));
+            wizard->next();
+            QCOMPARE(wizard->currentId(), 2);
+            RollbackPage *rollbackPage = wizard->rollbackPage;
+            QCOMPARE(rollbackPage->setupPath, kept);
+            rollbackPage->button->click();
+            QVERIFY(rollbackPage->button->isHidden());
+            QCOMPARE(rollbackPage->infoLabel->text(), QStringLiteral("Source: ") + kept);
+            process = &rollbackPage->process;
+            progress = rollbackPage->progress;
+            page = rollbackPage;
+        } else {
+            QVERIFY(placeProbe(fresh));
+            BoxAnswer box;
+            answerNextBox(QMessageBox::Yes, &box);
+            wizard = updateWizardAsking(QStringLiteral("plain"));
+            QVERIFY(wizard);
+            QVERIFY(waitForInfo(wizard->updatePage, QStringLiteral("Downloaded to ")));
+            process = &wizard->updatePage->process;
+            progress = wizard->updatePage->progress;
+            page = wizard->updatePage;
+        }
+        QCOMPARE(progress->value(), 1);
+        QVERIFY(process->waitForStarted(30000));
+        QMetaObject::invokeMethod(page, poll);
+        QCOMPARE(progress->value(), 4);
+        QCOMPARE(wizard->currentId(), rollback ? 2 : 1);
+        // A setup found on disk skips the download, and with it the showing of the bar.
+        QCOMPARE(progress->isHidden(), !rollback);
+        QVERIFY(process->waitForFinished(30000));
+        QMetaObject::invokeMethod(page, poll);
+        QCOMPARE(progress->value(), 100);
+        QCOMPARE(wizard->currentId(), 3);
+        QCOMPARE(wizard->finishPage->label->text(),
+                 QString(text).replace(QLatin1String("{setup}"), rollback ? kept : fresh));
+        QCOMPARE(getUpdateField(rollback ? 0 : 1, TitleField), title);
+
+        QFile log(machine->folder() + QStringLiteral("/probe.log"));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QStringList line = QString::fromUtf8(log.readAll()).trimmed().split(QLatin1Char('\t'));
+        QCOMPARE(line.size(), 3);
+        QVERIFY2(line.at(1).endsWith(switches), qPrintable(line.at(1)));
+        QVERIFY2(line.at(1).contains(probeName), qPrintable(line.at(1)));
+    }
+
+    void rollbackRows_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("button");   // empty: hidden
+        QTest::addColumn<QString>("status");   // {setup} stands for the missing path
+        QTest::newRow("installed version offers a repair")
+            << "14.0.1" << "I want to repair currently installed version 14.0.1" << "";
+        QTest::newRow("earlier version offers the rollback")
+            << "13.5" << "I want to rollback currently installed version 14.0.1 to version 13.5" << "";
+        QTest::newRow("deleted setup")
+            << "13.0.7" << ""
+            << "<font color=red><b>Error:</b></font> <font color=red><b>Rollback cancelled!</b></font><br><br>Previously "
+               "downloaded installation hasn't been detected, probably deleted:<br><br><b>{setup}</b>";
+    }
+    void rollbackRows()
+    {
+        QFETCH(QString, version);
+        QFETCH(QString, button);
+        QFETCH(QString, status);
+        const QStringList versions{"13.0.7", "13.5", "14.0.1"};
+        for (int n = 0; n < versions.size(); ++n) {
+            const QString setup = program + QLatin1Char('/') + versions[n] + QStringLiteral("/setup.exe");
+            if (versions[n] != QLatin1String("13.0.7"))
+                machine->write(QStringLiteral("program/") + versions[n] + QStringLiteral("/setup.exe"), "setup");
+            setUpdateField(n, VersionField, versions[n]);
+            setUpdateField(n, SetupField, setup);
+        }
+        setUpdateEndpoint(UpdateServer::refusedEndpoint());
+        UpdateWizard wizard(0, productName);
+        QSignalSpy picked(wizard.welcomePage, &WelcomePage::Rollback);
+        RollbackPage *page = wizard.rollbackPage;
+        QTreeView *tree = wizard.welcomePage->tree;
+        auto pick = [&](const QString &v) {
+            const QModelIndexList rows = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, v);
+            tree->setCurrentIndex(rows.value(0));
+            QMetaObject::invokeMethod(wizard.welcomePage, "enableRollbacks");
+        };
+        // The deleted setup first, then the row of the test: the button comes back.
+        pick(QStringLiteral("13.0.7"));
+        QVERIFY(page->button->isHidden());
+        pick(version);
+        QVERIFY(wizard.welcomePage->rollbackCheckBox->isEnabled());
+        QCOMPARE(picked.last().at(0).toInt(), versionToBuild(version));
+        QCOMPARE(page->rollbackTo, versionToBuild(version));
+        QCOMPARE(page->button->isHidden(), button.isEmpty());
+        if (!button.isEmpty())
+            QCOMPARE(page->button->text(), button);
+        QCOMPARE(page->statusLabel->isHidden(), status.isEmpty());
+        QCOMPARE(page->statusLabel->text(),
+                 QString(status).replace(QLatin1String("{setup}"), program + QStringLiteral("/13.0.7/setup.exe")));
+        // A pick alone does not leave the page; the tick does.
+        QVERIFY(!wizard.welcomePage->validatePage());
+        wizard.welcomePage->rollbackCheckBox->setChecked(true);
+        QVERIFY(wizard.welcomePage->validatePage());
+        QCOMPARE(wizard.welcomePage->nextId(), 2);
+    }
+};
+
+KELPIE_TEST_MAIN(UpdateTest)
+#include "tst_update.moc"
