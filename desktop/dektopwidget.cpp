@@ -7,6 +7,7 @@
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 #include "platform/platform.h"
+#include "settings/savedvolume.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -266,9 +267,7 @@ void dektopWidget::removeShortCut(QString path)
         rebuildDesktop();
 
     // The saved copy on the settings medium goes too, even when the file itself stayed.
-    const QString saved = savedTwin(QStringLiteral("Desktop.1"), path);
-    if (!saved.isEmpty())
-        QFile::remove(sys().hostPath(saved));
+    removeSavedTwin(QStringLiteral("Desktop.1"), path);
 }
 
 void dektopWidget::refresh_Slot()

@@ -41,6 +41,13 @@ QString savedTwin(const QString &savedFolder, const QString &path)
     return savedVolumeLetter + QStringLiteral(":/") + savedFolder + path.mid(2);
 }
 
+void removeSavedTwin(const QString &savedFolder, const QString &path)
+{
+    const QString twin = savedTwin(savedFolder, path);
+    if (!twin.isEmpty())
+        sys().removeFile(twin);
+}
+
 bool isDesktopIni(const QString &fileName)
 {
     return fileName.toLower() == QLatin1String("desktop.ini");

@@ -39,6 +39,8 @@ extern QString startMenuPath;
 // the saved folder ("Desktop.1", "Start Menu.1") and the path without its drive. Empty without
 // a saved volume, as such a twin points nowhere.
 QString savedTwin(const QString &savedFolder, const QString &path);
+// Deletes that saved copy of a file the user removed; nothing when there is no saved volume.
+void removeSavedTwin(const QString &savedFolder, const QString &path);
 // The folder settings file that the desktop, the start menu and the saved folders pass over.
 bool isDesktopIni(const QString &fileName);
 QFont &menuFont();   // "Tahoma" 11; a function so that it is built after the application

@@ -52,6 +52,9 @@ public:
     void beginMapNetwork();
     // The network step of the slow tick: keeps the adapter buttons and their reports up to date.
     void networkStep();
+    // At turn off: compares the system with the condition logs and the network with its state at
+    // start, and runs the Save dialog when anything was added or changed.
+    void askToSaveChanges();
     // Makes the adapter buttons once the first ticks have passed and adapters are known.
     void updateNetworkButtons();
     // A native message, from nativeEvent or from another road of the platform. True when the
@@ -128,6 +131,8 @@ private:
     // Folders of the start menu tree being built now, by their canonical path: a folder that
     // leads back into one of them (a junction) is passed over.
     QStringList userFolderChain;
+    // The status report of the first adapter the network subsystem knows; false without one.
+    bool firstAdapterReport(QString *report);
 
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.
@@ -179,6 +184,7 @@ public:
     int bringUpStage = 0;
     dektopWidget *desktop = nullptr;
     saveChangingDialog *saveDialog = nullptr;
+    bool turnOffAsking = false;   // the save and turn off questions are up
     static_ip_dlg *staticIpDialog = nullptr;
     QList<my_PushButton *> netButtons;
     QList<myMenu *> subMenus;

@@ -216,7 +216,5 @@ void my_shell1::userProgram_Remove()
     if (QFile::remove(sys().hostPath(path)))
         refreshClicked();
     // The saved copy goes whether or not the image's file did.
-    const QString saved = savedTwin(QStringLiteral("Start Menu.1"), path);
-    if (!saved.isEmpty())
-        QFile::remove(sys().hostPath(saved));
+    removeSavedTwin(QStringLiteral("Start Menu.1"), path);
 }

@@ -2,6 +2,7 @@
 // A simulated machine in a temporary folder, installed as the process's platform for one test.
 // Facts are added through named helpers; a file that cannot be written stops the suite.
 
+#include "platform/shelllink/shelllink.h"
 #include "platform/sim/simplatform.h"
 
 #include <QDir>
@@ -123,6 +124,25 @@ public:
         sim->pollInbox();
     }
 
+    // --- saved settings: volumes and shortcuts ---
+    // A section [volume.<letter>] of machine.ini from "key=value" lines, and the drive's folder.
+    void addVolume(QChar letter, const QStringList &keys)
+    {
+        volume(letter, keys.join(QLatin1Char('\n')).toUtf8());
+    }
+    // A USB stick: removable media on its own disk, with a vendor and a product.
+    void addStick(QChar letter, int disk, const QStringList &more = QStringList())
+    {
+        addVolume(letter, QStringList{QStringLiteral("label=KELPIE"), QStringLiteral("mediaType=removable"),
+                                      QStringLiteral("vendor=ACME"), QStringLiteral("product=FLASH"),
+                                      QStringLiteral("disk=%1").arg(disk)}
+                              + more);
+    }
+    // A real shortcut file at a path of the machine folder ("drives/X/.../a.lnk").
+    void addShortcut(const QString &relative, const QString &target, const QString &workingDirectory = QString())
+    {
+        write(relative, shelllink::write(shelllink::make(target, workingDirectory)));
+    }
     // --- network (docs/machine.md, Network) ---
     // One NET adapter seen by all three roads: device <n> of the walk, its class subkey, its
     // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section

@@ -21,6 +21,14 @@ struct SimVolume {
     quint32 deviceType = win32::fileDeviceDisk;
     quint32 diskNumber = 0;
     quint32 partitionNumber = 1;
+    // The stick and its disk, for the list of removable volumes and the save to it.
+    bool present = true;         // 0: the volume has vanished (no letter, nothing reachable)
+    bool readOnly = false;       // writes, new folders and deletions fail
+    qint64 freeBytes = 2147483648LL;   // what QStorageInfo reports; writes that need more fail
+    bool answersGeometry = true;       // the physical disk's IOCTLs
+    bool answersPartition = true;
+    bool answersDescriptor = true;     // the storage property query
+    QString revision;
 };
 
 struct SimMachineFacts {
