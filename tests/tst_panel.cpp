@@ -31,7 +31,7 @@ public:
     short asyncKeyState(int vk) override { return heldKeys.contains(vk) ? short(0x8000) : 0; }
 };
 
-NativeMessage hotKey(int id)
+NativeMessage hotKeyMessage(int id)
 {
     NativeMessage m;
     m.kind = NativeMessage::HotKey;
@@ -42,6 +42,8 @@ NativeMessage hotKey(int id)
 const QString toolStart = "start\topen\tx:\\program files\\kelpie\\tool.exe\t-q\t1";
 
 } // namespace
+
+Q_DECLARE_METATYPE(KeyHookEvent)
 
 class PanelTest : public QObject {
     Q_OBJECT
@@ -140,18 +142,18 @@ private slots:
         QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t1024\t704"));
     }
 
+    // In Windows PE a change at the same scale lays the desktop out again with its wallpaper;
+    // twice the pixels of the logical screen does not.
     void scaledDisplayKeepsDesktop()
     {
         TestMachine m;
         ScreenMachine *screen = m.use<ScreenMachine>();
         winPeMode = true;
         auto shell = makeShell();
-        // Same scale: the desktop is laid out again and the wallpaper reloaded.
         screen->screen = {1280, 1024};
         m.facts("display", "current=1280x1024x32@60");
         shell->getResolution();
         QCOMPARE(m.journalOf("wallpaper").size(), 1);
-        // Twice the pixels of the logical screen: nothing is laid out, no wallpaper.
         screen->screen = {1024, 768};
         m.facts("display", "current=2048x1536x32@60");
         shell->getResolution();
@@ -159,49 +161,46 @@ private slots:
         QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
     }
 
+    // The panel's state before the tick ("up", "modal", "locked", "menu") and the pointer.
     void hideAndShow_data()
     {
-        QTest::addColumn<bool>("up");
+        QTest::addColumn<QString>("state");
         QTest::addColumn<QPoint>("pointer");
-        QTest::addColumn<bool>("modal");
-        QTest::addColumn<bool>("locked");
-        QTest::addColumn<bool>("menu");
         QTest::addColumn<bool>("staysUp");
         const QPoint away(500, 100), bottom(500, 767), corner(1024, 704);
-        QTest::newRow("down, pointer on the last row: rises") << false << bottom << false << false << false << true;
-        QTest::newRow("down, pointer away: stays down") << false << away << false << false << false << false;
-        QTest::newRow("up, pointer on its corner: stays") << true << corner << false << false << false << true;
-        QTest::newRow("up, a modal dialog holds it") << true << away << true << false << false << true;
-        QTest::newRow("up, the lock holds it") << true << away << false << true << false << true;
-        QTest::newRow("up, a running menu holds it") << true << away << false << false << true << true;
-        QTest::newRow("up, pointer away: drops") << true << away << false << false << false << false;
+        auto row = [](const char *rule, const char *state, QPoint pointer, bool up) {
+            QTest::newRow(rule) << state << pointer << up;
+        };
+        row("down, pointer on the last row: rises", "", bottom, true);
+        row("down, pointer away: stays down", "", away, false);
+        row("up, pointer on its corner: stays", "up", corner, true);
+        row("up, a modal dialog holds it", "up modal", away, true);
+        row("up, the lock holds it", "up locked", away, true);
+        row("up, a running menu holds it", "up menu", away, true);
+        row("up, pointer away: drops, ending the pulse", "up", away, false);
     }
 
     void hideAndShow()
     {
-        QFETCH(bool, up);
+        QFETCH(QString, state);
         QFETCH(QPoint, pointer);
-        QFETCH(bool, modal);
-        QFETCH(bool, locked);
-        QFETCH(bool, menu);
         QFETCH(bool, staysUp);
         TestMachine m;
         auto shell = makeShell();
         shell->show();
         shell->startButton->opened = false;
         shell->startButton->state = 0;
-        if (up)
+        if (state.contains("up"))
             shell->showWindow();
         QCursor::setPos(pointer);
-        modalOpen = modal;
-        shell->panelLocked = locked;
-        shell->startButton->menuRunning = menu;
+        modalOpen = state.contains("modal");
+        shell->panelLocked = state.contains("locked");
+        shell->startButton->menuRunning = state.contains("menu");
         shell->startButton->rainbowTimer->start(100);
         shell->hideWindow();
         QCOMPARE(shell->panelShown, staysUp);
         QCOMPARE(shell->pos(), QPoint(0, staysUp ? 704 : 765));
-        if (up && !staysUp)
-            QVERIFY(!shell->startButton->rainbowTimer->isActive());   // dropping ends the pulse
+        QCOMPARE(shell->startButton->rainbowTimer->isActive(), staysUp || !state.contains("up"));
     }
 
     void startButtonLook_data()
@@ -300,64 +299,55 @@ private slots:
         QCursor::setPos(500, 100);
         closeMenuWhenShown(shell->mainMenu, [&] {
             openInside = shell->startButton->state == 2 && shell->panelShown;
-            QVERIFY(shell->handleNativeMessage(hotKey(1)));
+            QVERIFY(shell->handleNativeMessage(hotKeyMessage(1)));
             stillOpenAfterSecond = shell->mainMenu->isVisible();
         });
-        QVERIFY(shell->handleNativeMessage(hotKey(1)));
+        QVERIFY(shell->handleNativeMessage(hotKeyMessage(1)));
         QVERIFY(openInside);
         QVERIFY(stillOpenAfterSecond);
         QVERIFY(!shell->startButton->opened);
         QCOMPARE(shell->startButton->state, 0);
     }
 
-    void hotKeysTwoAndThreeStart_data()
-    {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<QString>("start");
-        QTest::newRow("Ctrl+Shift+D: the display tool, low") << 2 << "start\topen\tDisplayRes.exe\tlow\t1";
-        QTest::newRow("Ctrl+Alt+D: the task manager") << 3 << "start\topen\ttaskmgr.exe\t\t1";
-    }
-
-    void hotKeysTwoAndThreeStart()
-    {
-        QFETCH(int, id);
-        QFETCH(QString, start);
-        TestMachine m;
-        auto shell = makeShell();
-        QVERIFY(!shell->handleNativeMessage(hotKey(id)));   // and the message goes on
-        QCOMPARE(m.journalOf("start"), QStringList(start));
-    }
-
-    void ctrlAltDel_data()
+    // Hot keys 2 and 3 start a tool and let the message go on; the hook starts the task manager
+    // on Ctrl+Alt+Del down (and each repeat) and swallows that key alone.
+    void keysStartTools_data()
     {
         using namespace win32;
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("vk");
-        QTest::addColumn<quint32>("flags");
+        QTest::addColumn<int>("hotKey");   // 0: the hook's event
+        QTest::addColumn<KeyHookEvent>("event");
         QTest::addColumn<QList<int>>("held");
-        QTest::addColumn<bool>("swallowed");
+        QTest::addColumn<QString>("start");
         const QList<int> ctrlAlt{vkControl, vkMenu};
-        QTest::newRow("Ctrl+Alt+Del down (and each repeat): task manager")
-            << hcAction << vkDelete << 0u << ctrlAlt << true;
-        QTest::newRow("the key-up passes") << hcAction << vkDelete << llkhfUp << ctrlAlt << false;
-        QTest::newRow("not HC_ACTION passes") << 1 << vkDelete << 0u << ctrlAlt << false;
-        QTest::newRow("another key passes") << hcAction << vkDelete - 1 << 0u << ctrlAlt << false;
-        QTest::newRow("Ctrl without Alt passes") << hcAction << vkDelete << 0u << QList<int>{vkControl}
-                                                 << false;
+        const QString taskmgr = "start\topen\ttaskmgr.exe\t\t1";
+        auto hook = [&](const char *rule, int code, int vk, quint32 flags, const QList<int> &held, bool starts) {
+            QTest::newRow(rule) << 0 << KeyHookEvent{code, quint32(vk), flags} << held << (starts ? taskmgr : "");
+        };
+        QTest::newRow("Ctrl+Shift+D: the display tool, low")
+            << 2 << KeyHookEvent{} << QList<int>() << "start\topen\tDisplayRes.exe\tlow\t1";
+        QTest::newRow("Ctrl+Alt+D: the task manager") << 3 << KeyHookEvent{} << QList<int>() << taskmgr;
+        hook("Ctrl+Alt+Del down: the task manager", hcAction, vkDelete, 0, ctrlAlt, true);
+        hook("the key-up passes", hcAction, vkDelete, llkhfUp, ctrlAlt, false);
+        hook("not HC_ACTION passes", 1, vkDelete, 0, ctrlAlt, false);
+        hook("another key passes", hcAction, vkDelete - 1, 0, ctrlAlt, false);
+        hook("Ctrl without Alt passes", hcAction, vkDelete, 0, {vkControl}, false);
     }
 
-    void ctrlAltDel()
+    void keysStartTools()
     {
-        QFETCH(int, code);
-        QFETCH(int, vk);
-        QFETCH(quint32, flags);
+        QFETCH(int, hotKey);
+        QFETCH(KeyHookEvent, event);
         QFETCH(QList<int>, held);
-        QFETCH(bool, swallowed);
+        QFETCH(QString, start);
         TestMachine m;
         m.use<ScreenMachine>()->heldKeys = held;
-        QCOMPARE(my_shell1::keyboardHookEvent(KeyHookEvent{code, quint32(vk), flags}), swallowed);
-        QCOMPARE(m.journalOf("start"),
-                 swallowed ? QStringList("start\topen\ttaskmgr.exe\t\t1") : QStringList());
+        if (hotKey) {
+            auto shell = makeShell();
+            QVERIFY(!shell->handleNativeMessage(hotKeyMessage(hotKey)));
+        } else {
+            QCOMPARE(my_shell1::keyboardHookEvent(event), !start.isEmpty());
+        }
+        QCOMPARE(m.journalOf("start").join(""), start);
     }
 
     void refreshMessage_data()
@@ -390,51 +380,43 @@ private slots:
         QCOMPARE(count, shown);
     }
 
+    // The stages themselves are the network suite's; here: the menu opens only off the mapping
+    // road, and the programs start once, after the menu and the stages.
     void initChain_data()
     {
-        QTest::addColumn<bool>("staticScript");
-        QTest::addColumn<bool>("mapScript");
-        QTest::newRow("no scripts: the menu opens, then the programs start") << false << false;
-        QTest::newRow("static address script, then the menu") << true << false;
-        QTest::newRow("mapping script: no menu") << false << true;
-        QTest::newRow("both scripts, one after the other") << true << true;
+        QTest::addColumn<QStringList>("scripts");
+        QTest::addColumn<int>("menus");
+        const QString ip = "X:/Program Files/kelpie/start_ip.cmd", map = "X:/map_network.cmd";
+        QTest::newRow("no scripts: the menu opens, then the programs start") << QStringList() << 1;
+        QTest::newRow("static address script, then the menu") << QStringList{ip} << 1;
+        QTest::newRow("mapping script: no menu") << QStringList{map} << 0;
+        QTest::newRow("both scripts, one after the other") << QStringList{ip, map} << 0;
     }
 
     void initChain()
     {
-        QFETCH(bool, staticScript);
-        QFETCH(bool, mapScript);
+        QFETCH(QStringList, scripts);
+        QFETCH(int, menus);
         TestMachine m;
         m.config("toRun=tool|-q\n");
-        if (staticScript)
-            m.file("X:/Program Files/kelpie/start_ip.cmd", "@echo off\n");
-        if (mapScript)
-            m.file("X:/map_network.cmd", "@echo off\n");
+        for (const QString &script : scripts)
+            m.file(script, "@echo off\n");
         auto shell = makeShell();
         shell->show();
-
-        // The menu opens only off the mapping road, and the programs start after it closes.
-        int menus = 0;
+        int shown = 0;
         bool startedBeforeMenuClosed = false;
         closeMenuWhenShown(shell->mainMenu, [&] {
-            ++menus;
+            ++shown;
             startedBeforeMenuClosed = m.journalOf("start").contains(toolStart);
         });
         shell->init();
-        // Each script holds the programs back behind the wait panel until the desktop's stop button.
-        for (auto [script, stage, timer] : {std::make_tuple(staticScript, 1, shell->staticIpTimer),
-                                            std::make_tuple(mapScript, 2, shell->mapNetworkTimer)}) {
-            if (!script)
-                continue;
-            QCOMPARE(shell->bringUpStage, stage);
-            QVERIFY(timer->isActive());
+        for (int stage = 0; stage < scripts.size(); ++stage) {
             QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
             QVERIFY(!m.journalOf("start").contains(toolStart));
-            shell->needStopOperation(1);
-            QVERIFY(!timer->isActive());
+            shell->needStopOperation(1);   // the desktop's stop button
         }
         QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QCOMPARE(menus, mapScript ? 0 : 1);
+        QCOMPARE(shown, menus);
         QVERIFY(!startedBeforeMenuClosed);
         QCOMPARE(m.journalOf("start").count(toolStart), 1);
     }

@@ -129,15 +129,6 @@ private slots:
         QCOMPARE(probeSecondInstance(), second);
     }
 
-    void bootLetterLastLineWins()
-    {
-        TestMachine m;
-        m.write("drives/X/tmpReg/startNetwork.log",
-                "bootLetter=D\r\nnetwork=1\r\n bootLetter=Q\r\nbootLetter=E\r\n");
-        readBootLetter();
-        QCOMPARE(bootLetter, QString("E"));
-    }
-
     void savedFoldersFoundIgnoringCase()
     {
         TestMachine m;
