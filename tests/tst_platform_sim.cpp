@@ -215,32 +215,15 @@ private slots:
         QVERIFY(m.sim->enumKeys("HKLM\\system").isEmpty());
     }
 
+    // The suites check each effect's line; here: the file matches, a tab in a field turns blank.
     void journalsEveryEffect()
     {
         TestMachine m;
         m.sim->shellExecute("open", "x:\\program files\\kelpie\\Net.exe", "-x\tb", 1);
-        m.sim->sleepMs(100);
         m.sim->raisePriority();
-        m.sim->writeUserDword("Software\\A", "V", 255);
-        m.sim->setWorkArea({0, 0, 1024, 704});
         m.sim->reloadWallpaper();
-        m.sim->registerHotKey(1, 2, 6, 68);
-        m.sim->unregisterHotKey(1, 2);
-        m.sim->installKeyboardHook([](const KeyHookEvent &) { return false; });
-        m.sim->removeKeyboardHook();
-
-        const QStringList expected = {
-            "start\topen\tx:\\program files\\kelpie\\Net.exe\t-x b\t1",
-            "sleep\t100",
-            "priority\thigh",
-            "regwrite\tHKEY_CURRENT_USER\\Software\\A\tV\tdword:000000ff",
-            "workarea\t0\t0\t1024\t704",
-            "wallpaper",
-            "registerhotkey\t2\t6\t68",
-            "unregisterhotkey\t2",
-            "installhook",
-            "removehook",
-        };
+        const QStringList expected = {"start\topen\tx:\\program files\\kelpie\\Net.exe\t-x b\t1",
+                                      "priority\thigh", "wallpaper"};
         QCOMPARE(m.sim->journal(), expected);
         QCOMPARE(QString::fromUtf8(m.read("journal.log")), expected.join('\n') + '\n');
     }
