@@ -31,11 +31,6 @@ const int buttonHeight = 60;
 // A column ends once the next row would come within this of the lower edge.
 const int columnReserve = 220;
 
-bool isDesktopIni(const QString &name)
-{
-    return name.toLower() == QLatin1String("desktop.ini");
-}
-
 } // namespace
 
 dektopWidget::dektopWidget(QWidget *parent)
@@ -271,11 +266,9 @@ void dektopWidget::removeShortCut(QString path)
         rebuildDesktop();
 
     // The saved copy on the settings medium goes too, even when the file itself stayed.
-    // Without a saved volume there is no copy to reach.
-    if (savedVolumeLetter.isEmpty())
-        return;
-    const QString saved = savedVolumeLetter + QStringLiteral(":/Desktop.1") + path.mid(2);
-    QFile::remove(sys().hostPath(saved));
+    const QString saved = savedTwin(QStringLiteral("Desktop.1"), path);
+    if (!saved.isEmpty())
+        QFile::remove(sys().hostPath(saved));
 }
 
 void dektopWidget::refresh_Slot()

@@ -14,6 +14,7 @@
 #include <memory>
 
 class QAction;
+class QFileInfo;
 class QMenu;
 class QTimer;
 class aboutDlg;
@@ -41,6 +42,10 @@ public:
     void createMainMenu();
     void createLauncherButtons();
     void createFixedButtons();
+    // User programs menu: the entries of the start menu folder (info of a host path).
+    void addUserProgram(const QFileInfo &info, QMenu *menu);
+    void addUserFolder(const QFileInfo &info, QMenu *parentMenu);
+    bool folderHasFiles(QString path);
     // Desktop: hands the title and version to the desktop and lets it fit the screen.
     void updateDesktopInfo();
     // Delayed initialisation: the share mapping stage or, without its script, the main menu.
@@ -120,6 +125,9 @@ private:
     void setupLocale();
     // The three hot keys and the keyboard hook, in Windows PE only.
     void registerKeys();
+    // Folders of the start menu tree being built now, by their canonical path: a folder that
+    // leads back into one of them (a junction) is passed over.
+    QStringList userFolderChain;
 
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.
@@ -142,7 +150,7 @@ public:
     QPixmap unusedPixmap;   // never loaded
     myMenu *mainMenu = nullptr;
     QMenu *layoutMenu = nullptr;
-    myMenu *userProgramsMenu = nullptr;
+    myMenu *userMenu = nullptr;
     QList<QAction *> layoutActions;
     QList<my_Action *> menuActions;
     QList<AppEntry> appList;

@@ -5,15 +5,6 @@
 
 #include <QCloseEvent>
 
-// User programs menu
-void my_shell1::refreshClicked() {}
-void my_shell1::userProgram_Cliked() {}
-void my_shell1::userProgram_Remove() {}
-void my_shell1::showRemoveAction(int, int) {}
-void my_shell1::userMenuClosed() {}
-
-// Locale
-void my_shell1::setupLocale() {}
 
 // System actions. Until turn off lands, a close is refused unless a shut-down was accepted, so a
 // stray close cannot take the technician's shell away.
@@ -25,8 +16,3 @@ void my_shell1::closeEvent(QCloseEvent *event)
         event->ignore();
 }
 void my_shell1::shutDown() {}
-void my_shell1::startRegScript() {}
-void my_shell1::loadDriver() {}
-void my_shell1::loadDriver_new(QString) {}
-void my_shell1::runTaskDlg() {}
-void my_shell1::runPXEscripts() {}

@@ -4,6 +4,8 @@
 // formatted) stays in the subsystem code. One implementation per machine kind: win/ calls
 // Win32, sim/ plays a Windows PE machine described by a folder.
 
+#include "platform/shellfacts.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -13,6 +15,8 @@
 
 #include "platform/netfacts.h"
 #include "win32values.h"
+
+class QImage;
 
 // Answer of a registry DWORD read: the call's outcome and what it found.
 struct RegValue {
@@ -124,6 +128,19 @@ public:
     // --- shell execution (ShellExecuteW with no owner and no directory) ---
     virtual ShellResult shellExecute(const QString &verb, const QString &file,
                                      const QString &parameters, int show) = 0;
+
+    // --- shell objects, extended execution, time zone and local time ---
+    // The large icon that SHGetFileInfoW gives for the path by name, with file attributes 0 and
+    // SHGFI_ICON | SHGFI_SYSICONINDEX | SHGFI_USEFILEATTRIBUTES, as premultiplied ARGB; a null
+    // image when the call returns 0.
+    virtual QImage shellIcon(const QString &path) = 0;
+    // ShellExecuteExW with the request's fields and no window.
+    virtual ShellExecuteExResult shellExecuteEx(const ShellExecuteRequest &request) = 0;
+    virtual bool localTime(SystemTime *time) = 0;                      // GetLocalTime
+    virtual bool setLocalTime(const SystemTime &time) = 0;             // SetLocalTime
+    // GetTimeZoneInformation: its answer (0 unknown, 1 standard, 2 daylight, 0xFFFFFFFF failed).
+    virtual quint32 timeZoneInformation(TimeZoneInfo *zone) = 0;
+    virtual bool setTimeZoneInformation(const TimeZoneInfo &zone) = 0;
 
     // --- display, work area, memory ---
     virtual MemoryStatus memoryStatus() = 0;

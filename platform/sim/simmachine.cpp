@@ -91,6 +91,11 @@ QString SimMachineFacts::value(const QString &section, const QString &key,
     return k == s->constEnd() ? fallback : k.value();
 }
 
+bool SimMachineFacts::flag(const QString &section, const QString &key, bool fallback) const
+{
+    return boolOf(value(section, key), fallback);
+}
+
 SimVolume SimMachineFacts::volume(QChar letter) const
 {
     return volumes.value(letter.toUpper());

@@ -48,5 +48,7 @@ struct SimMachineFacts {
 
     QString value(const QString &section, const QString &key,
                   const QString &fallback = QString()) const;
+    // A yes/no fact (1/0, true/false, yes/no, on/off); fallback when missing or unreadable.
+    bool flag(const QString &section, const QString &key, bool fallback) const;
     SimVolume volume(QChar letter) const;
 };

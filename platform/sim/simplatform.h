@@ -88,6 +88,18 @@ public:
     void removeKeyboardHook() override;
     NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) override;
     void setMessageSink(std::function<void(const NativeMessage &)> sink) override;
+    // shell objects, extended execution, time zone and local time (simplatform_shell.cpp)
+    QImage shellIcon(const QString &path) override;
+    ShellExecuteExResult shellExecuteEx(const ShellExecuteRequest &request) override;
+    bool localTime(SystemTime *time) override;
+    bool setLocalTime(const SystemTime &time) override;
+    quint32 timeZoneInformation(TimeZoneInfo *zone) override;
+    bool setTimeZoneInformation(const TimeZoneInfo &zone) override;
+
+    // The kind of file whose icon the shell shows for a name, as the simulated shell tells it:
+    // "application", "script", "text", "settings", "registry", "image", "web", "driver",
+    // "library", "archive", "disk", or "file" for anything else.
+    static QString iconKind(const QString &fileName);
 
     // The answer of the shell execution service for a file, without journalling it.
     ShellResult startAnswer(const QString &file) const;
@@ -116,6 +128,9 @@ private:
     // The entry of folder named name, or else the first in name order that matches ignoring case.
     QString entryIgnoringCase(const QString &folder, const QString &name) const;
     void deliverInboxLine(const QString &line);
+    // Sets keys of one section of machine.ini, keeping every other line as it stands; written
+    // through a temporary file and a rename.
+    bool writeMachineIni(const QString &section, const QList<QPair<QString, QString>> &values);
     // What a started program leaves behind on the drives, as machine.ini's [start.<name>] says.
     void leaveBehind(const QString &file);
     void startInboxTimer();

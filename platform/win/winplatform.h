@@ -63,6 +63,14 @@ public:
     NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) override;
     void setMessageSink(std::function<void(const NativeMessage &)> sink) override;
 
+    // shell objects, extended execution, time zone and local time (win_shell.cpp)
+    QImage shellIcon(const QString &path) override;
+    ShellExecuteExResult shellExecuteEx(const ShellExecuteRequest &request) override;
+    bool localTime(SystemTime *time) override;
+    bool setLocalTime(const SystemTime &time) override;
+    quint32 timeZoneInformation(TimeZoneInfo *zone) override;
+    bool setTimeZoneInformation(const TimeZoneInfo &zone) override;
+
 private:
     // Kept only so the interface is honoured: on Windows every message arrives via nativeEvent.
     std::function<void(const NativeMessage &)> m_sink;
