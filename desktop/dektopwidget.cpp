@@ -7,6 +7,7 @@
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 #include "platform/platform.h"
+#include "settings/savedvolume.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -30,11 +31,6 @@ const int buttonWidth = 110;
 const int buttonHeight = 60;
 // A column ends once the next row would come within this of the lower edge.
 const int columnReserve = 220;
-
-bool isDesktopIni(const QString &name)
-{
-    return name.toLower() == QLatin1String("desktop.ini");
-}
 
 } // namespace
 
@@ -271,11 +267,7 @@ void dektopWidget::removeShortCut(QString path)
         rebuildDesktop();
 
     // The saved copy on the settings medium goes too, even when the file itself stayed.
-    // Without a saved volume there is no copy to reach.
-    if (savedVolumeLetter.isEmpty())
-        return;
-    const QString saved = savedVolumeLetter + QStringLiteral(":/Desktop.1") + path.mid(2);
-    QFile::remove(sys().hostPath(saved));
+    removeSavedTwin(QStringLiteral("Desktop.1"), path);
 }
 
 void dektopWidget::refresh_Slot()

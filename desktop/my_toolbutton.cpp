@@ -4,9 +4,8 @@
 #include "platform/platform.h"
 
 #include <QAction>
-#include <QFileIconProvider>
-#include <QFileInfo>
 #include <QIcon>
+#include <QImage>
 #include <QMenu>
 
 my_ToolButton::my_ToolButton(QWidget *parent)
@@ -37,13 +36,12 @@ void my_ToolButton::remove_Slot()
 
 QPixmap pixmapForFile(const QString &path)
 {
-    // Asked by name only: the file is not opened, and one that does not exist still gets the
-    // icon its name and kind would have.
-    QString drive = path;
-    drive.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    const QFileInfo info(sys().hostPath(drive));
-    const QIcon icon = QFileIconProvider().icon(info);
+    // Asked of the shell by name with no attributes: the file is not opened, so a missing file
+    // still gets the icon its name would have, and a folder looks like a file of its name.
+    QString name = path;
+    name.replace(QLatin1Char('/'), QLatin1Char('\\'));
+    const QImage icon = sys().shellIcon(name);
     if (icon.isNull())
         return QPixmap();
-    return icon.pixmap(32, 32);
+    return QPixmap::fromImage(icon);
 }

@@ -15,6 +15,7 @@ QString desktopPath = QStringLiteral("X:/Users/Default/Desktop/");
 QString startMenuPath =
     QStringLiteral("X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
 QString menuStyle;
+my_userAction *selectedUserAction;
 int productNumber;
 QString productVersion;
 int productCode;
@@ -32,6 +33,25 @@ QString shellTitle;
 QString shellVersion;
 QString webDefault;
 QList<RunEntry> toRunList;
+
+QString savedTwin(const QString &savedFolder, const QString &path)
+{
+    if (savedVolumeLetter.isEmpty())
+        return QString();
+    return savedVolumeLetter + QStringLiteral(":/") + savedFolder + path.mid(2);
+}
+
+void removeSavedTwin(const QString &savedFolder, const QString &path)
+{
+    const QString twin = savedTwin(savedFolder, path);
+    if (!twin.isEmpty())
+        sys().removeFile(twin);
+}
+
+bool isDesktopIni(const QString &fileName)
+{
+    return fileName.toLower() == QLatin1String("desktop.ini");
+}
 
 void storeProductFacts()
 {
@@ -73,4 +93,5 @@ void resetGlobals()
     shellVersion.clear();
     webDefault.clear();
     toRunList.clear();
+    selectedUserAction = nullptr;
 }

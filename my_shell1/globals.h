@@ -35,6 +35,14 @@ extern QString bootLetter;
 extern QString savedVolumeLetter;
 extern QString desktopPath;
 extern QString startMenuPath;
+// The saved twin of a file of the running image on the settings volume: savedVolumeLetter, ":/",
+// the saved folder ("Desktop.1", "Start Menu.1") and the path without its drive. Empty without
+// a saved volume, as such a twin points nowhere.
+QString savedTwin(const QString &savedFolder, const QString &path);
+// Deletes that saved copy of a file the user removed; nothing when there is no saved volume.
+void removeSavedTwin(const QString &savedFolder, const QString &path);
+// The folder settings file that the desktop, the start menu and the saved folders pass over.
+bool isDesktopIni(const QString &fileName);
 QFont &menuFont();   // "Tahoma" 11; a function so that it is built after the application
 extern QString menuStyle;
 // Product facts that the update exchange reports.
@@ -52,6 +60,10 @@ extern bool tooltipStale;
 extern quint16 lastLayoutLanguage;
 extern WorkArea savedWorkArea;   // the work area as read before the panel last wrote it
 extern QPoint dragOffset;   // last press point of the panel or its buttons; written, never used
+
+// The User Programs entry the desktop's remove button stands for; cleared by each refresh.
+class my_userAction;
+extern my_userAction *selectedUserAction;
 
 // Written by the configuration reader.
 extern QString shellTitle;

@@ -64,7 +64,7 @@ my_shell1::my_shell1(QWidget *parent)
     edgePixmap.load(shellResource("kant.png"));
 
     resize(screenWidth, 64);
-    userProgramsMenu = nullptr;
+    userMenu = nullptr;
 
     mainMenu = new myMenu(this);
     connect(mainMenu, &myMenu::needCloseMenu, this, &my_shell1::closeMenu);

@@ -14,6 +14,7 @@
 #include <memory>
 
 class QAction;
+class QFileInfo;
 class QMenu;
 class QTimer;
 class aboutDlg;
@@ -41,12 +42,19 @@ public:
     void createMainMenu();
     void createLauncherButtons();
     void createFixedButtons();
+    // User programs menu: the entries of the start menu folder (info of a host path).
+    void addUserProgram(const QFileInfo &info, QMenu *menu);
+    void addUserFolder(const QFileInfo &info, QMenu *parentMenu);
+    bool folderHasFiles(QString path);
     // Desktop: hands the title and version to the desktop and lets it fit the screen.
     void updateDesktopInfo();
     // Delayed initialisation: the share mapping stage or, without its script, the main menu.
     void beginMapNetwork();
     // The network step of the slow tick: keeps the adapter buttons and their reports up to date.
     void networkStep();
+    // At turn off: compares the system with the condition logs and the network with its state at
+    // start, and runs the Save dialog when anything was added or changed.
+    void askToSaveChanges();
     // Makes the adapter buttons once the first ticks have passed and adapters are known.
     void updateNetworkButtons();
     // A native message, from nativeEvent or from another road of the platform. True when the
@@ -120,6 +128,11 @@ private:
     void setupLocale();
     // The three hot keys and the keyboard hook, in Windows PE only.
     void registerKeys();
+    // Folders of the start menu tree being built now, by their canonical path: a folder that
+    // leads back into one of them (a junction) is passed over.
+    QStringList userFolderChain;
+    // The status report of the first adapter the network subsystem knows; false without one.
+    bool firstAdapterReport(QString *report);
 
 public:
     // Members in their order; public so that the parts of the shell and its tests reach them.
@@ -142,7 +155,7 @@ public:
     QPixmap unusedPixmap;   // never loaded
     myMenu *mainMenu = nullptr;
     QMenu *layoutMenu = nullptr;
-    myMenu *userProgramsMenu = nullptr;
+    myMenu *userMenu = nullptr;
     QList<QAction *> layoutActions;
     QList<my_Action *> menuActions;
     QList<AppEntry> appList;
@@ -171,6 +184,7 @@ public:
     int bringUpStage = 0;
     dektopWidget *desktop = nullptr;
     saveChangingDialog *saveDialog = nullptr;
+    bool turnOffAsking = false;   // the save and turn off questions are up
     static_ip_dlg *staticIpDialog = nullptr;
     QList<my_PushButton *> netButtons;
     QList<myMenu *> subMenus;

@@ -131,6 +131,8 @@ void prepareShell(QApplication &app)
     sys().raisePriority();
     passImageLanguage(scanSettingsFile());
     readBootLetter();
+    // The restore retargets shortcuts through the shell link object, which needs COM here.
+    sys().prepareShellLinks();
     restoreSavedFolders();
     if (winPeMode)
         writeConditionLogs();

@@ -4,6 +4,9 @@
 // formatted) stays in the subsystem code. One implementation per machine kind: win/ calls
 // Win32, sim/ plays a Windows PE machine described by a folder.
 
+#include "platform/shellfacts.h"
+#include "platform/volumefacts.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -13,6 +16,8 @@
 
 #include "platform/netfacts.h"
 #include "win32values.h"
+
+class QImage;
 
 // Answer of a registry DWORD read: the call's outcome and what it found.
 struct RegValue {
@@ -121,9 +126,45 @@ public:
     virtual bool volumeReady(QChar letter) = 0;
     virtual DeviceNumberAnswer deviceNumber(QChar letter) = 0;
 
+    // --- saved: volumes and shortcuts ---
+    // CreateFileW on a volume name ("\\.\E:") for FILE_READ_ATTRIBUTES, sharing read, write and
+    // delete: whether it opens (the handle is closed again at once).
+    virtual bool volumeOpens(const QString &volumeName) = 0;
+    // IOCTL_STORAGE_GET_DEVICE_NUMBER on the volume opened for reading and writing.
+    virtual DeviceNumberAnswer volumeDeviceNumber(const QString &volumeName) = 0;
+    virtual PhysicalDriveAnswer physicalDrive(quint32 number) = 0;
+    // The storage property query put to the volume opened for FILE_READ_ATTRIBUTES.
+    virtual StorageDescriptorAnswer storageDescriptor(const QString &volumeName) = 0;
+    // QStorageInfo of the drive's root.
+    virtual VolumeSpace volumeSpace(QChar letter) = 0;
+    // A file written for the user: the whole content to a temporary file renamed over the old one,
+    // so a failure leaves the old file as it was.
+    virtual bool saveFile(const QString &path, const QByteArray &content) = 0;
+    virtual bool makeFolder(const QString &path) = 0;   // one level; false when it fails or exists
+    virtual bool removeFile(const QString &path) = 0;
+    // COM for the shell link object, on the calling (graphical) thread; once, at start-up.
+    virtual void prepareShellLinks() = 0;
+    // The shell link object (IShellLinkW, IPersistFile) loading and saving a shortcut file.
+    virtual ShortcutAnswer readShortcut(const QString &path) = 0;
+    virtual bool writeShortcut(const QString &path, const QString &target,
+                               const QString &workingDirectory) = 0;
+
     // --- shell execution (ShellExecuteW with no owner and no directory) ---
     virtual ShellResult shellExecute(const QString &verb, const QString &file,
                                      const QString &parameters, int show) = 0;
+
+    // --- shell objects, extended execution, time zone and local time ---
+    // The large icon that SHGetFileInfoW gives for the path by name, with file attributes 0 and
+    // SHGFI_ICON | SHGFI_SYSICONINDEX | SHGFI_USEFILEATTRIBUTES, as premultiplied ARGB; a null
+    // image when the call returns 0.
+    virtual QImage shellIcon(const QString &path) = 0;
+    // ShellExecuteExW with the request's fields and no window.
+    virtual ShellExecuteExResult shellExecuteEx(const ShellExecuteRequest &request) = 0;
+    virtual bool localTime(SystemTime *time) = 0;                      // GetLocalTime
+    virtual bool setLocalTime(const SystemTime &time) = 0;             // SetLocalTime
+    // GetTimeZoneInformation: its answer (0 unknown, 1 standard, 2 daylight, 0xFFFFFFFF failed).
+    virtual quint32 timeZoneInformation(TimeZoneInfo *zone) = 0;
+    virtual bool setTimeZoneInformation(const TimeZoneInfo &zone) = 0;
 
     // --- display, work area, memory ---
     virtual MemoryStatus memoryStatus() = 0;

@@ -43,6 +43,13 @@ constexpr quint32 storageDeviceNumberSize = 12;  // sizeof(STORAGE_DEVICE_NUMBER
 constexpr int seErrFileNotFound = 2;   // SE_ERR_FNF
 constexpr int seErrPathNotFound = 3;   // SE_ERR_PNF
 
+// ShowWindow commands, the fMask that asks the shell for the item's context menu verbs, and the
+// answer of GetTimeZoneInformation when it fails.
+constexpr int swHide = 0;                        // SW_HIDE
+constexpr int swShowNormal = 1;                  // SW_SHOWNORMAL
+constexpr quint32 seeMaskInvokeIdList = 12;      // SEE_MASK_INVOKEIDLIST
+constexpr quint32 timeZoneIdInvalid = 0xFFFFFFFF;   // TIME_ZONE_ID_INVALID
+
 // The network roads: result codes, the operational states and the firewall manager's true.
 constexpr quint32 errorFileNotFound = 2;       // ERROR_FILE_NOT_FOUND
 constexpr quint32 errorInvalidParameter = 87;  // ERROR_INVALID_PARAMETER

@@ -2,6 +2,7 @@
 // A simulated machine in a temporary folder, installed as the process's platform for one test.
 // Facts are added through named helpers; a file that cannot be written stops the suite.
 
+#include "platform/shelllink/shelllink.h"
 #include "platform/sim/simplatform.h"
 
 #include <QDir>
@@ -83,11 +84,7 @@ public:
     {
         m_registry[key].append(QStringLiteral("\"%1\"=dword:%2")
                                    .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0'))));
-        QByteArray text = "Windows Registry Editor Version 5.00\r\n";
-        for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
-            text += "\r\n[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
-                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n";
-        write(QStringLiteral("registry.reg"), text);
+        writeRegistry();
         return *this;
     }
 
@@ -95,10 +92,7 @@ public:
     TestMachine &facts(const QString &section, const QByteArray &lines)
     {
         m_sections[section] = lines;
-        QByteArray text;
-        for (auto s = m_sections.begin(); s != m_sections.end(); ++s)
-            text += '[' + s.key().toUtf8() + "]\n" + s.value() + '\n';
-        write(QStringLiteral("machine.ini"), text);
+        writeMachineIni();
         return *this;
     }
     // A volume: its drive folder and its [volume.L] facts ("label=STICK\nmediaType=removable").
@@ -130,6 +124,25 @@ public:
         sim->pollInbox();
     }
 
+    // --- saved settings: volumes and shortcuts ---
+    // A section [volume.<letter>] of machine.ini from "key=value" lines, and the drive's folder.
+    void addVolume(QChar letter, const QStringList &keys)
+    {
+        volume(letter, keys.join(QLatin1Char('\n')).toUtf8());
+    }
+    // A USB stick: removable media on its own disk, with a vendor and a product.
+    void addStick(QChar letter, int disk, const QStringList &more = QStringList())
+    {
+        addVolume(letter, QStringList{QStringLiteral("label=KELPIE"), QStringLiteral("mediaType=removable"),
+                                      QStringLiteral("vendor=ACME"), QStringLiteral("product=FLASH"),
+                                      QStringLiteral("disk=%1").arg(disk)}
+                              + more);
+    }
+    // A real shortcut file at a path of the machine folder ("drives/X/.../a.lnk").
+    void addShortcut(const QString &relative, const QString &target, const QString &workingDirectory = QString())
+    {
+        write(relative, shelllink::write(shelllink::make(target, workingDirectory)));
+    }
     // --- network (docs/machine.md, Network) ---
     // One NET adapter seen by all three roads: device <n> of the walk, its class subkey, its
     // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section
@@ -160,11 +173,13 @@ public:
     {
         return "{6B1F0C2A-3D4E-4F51-9A7B-" + QByteArray::number(n).rightJustified(12, '0') + "}";
     }
-    // machine.ini and registry.reg: what addAdapter gathered, then the extra text.
+    // machine.ini and registry.reg: the facts above, what addAdapter gathered, then the extra text.
     void writeNetwork(const QByteArray &extraIni = {}, const QByteArray &extraReg = {})
     {
-        write(QStringLiteral("machine.ini"), netIni + extraIni);
-        write(QStringLiteral("registry.reg"), "Windows Registry Editor Version 5.00\n\n" + netReg + extraReg);
+        m_rawIni = netIni + extraIni;
+        m_rawRegistry = netReg + extraReg;
+        writeMachineIni();
+        writeRegistry();
     }
     QByteArray netIni;
     QByteArray netReg;
@@ -173,6 +188,23 @@ public:
     SimPlatform *sim = nullptr;
 
 private:
+    void writeMachineIni()
+    {
+        QByteArray text;
+        for (auto s = m_sections.begin(); s != m_sections.end(); ++s)
+            text += '[' + s.key().toUtf8() + "]\n" + s.value() + '\n';
+        write(QStringLiteral("machine.ini"), text + m_rawIni);
+    }
+    void writeRegistry()
+    {
+        QByteArray text = "Windows Registry Editor Version 5.00\r\n\r\n";
+        for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
+            text += "[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
+                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n\r\n";
+        write(QStringLiteral("registry.reg"), text + m_rawRegistry);
+    }
+
     QMap<QString, QStringList> m_registry;
     QMap<QString, QByteArray> m_sections;
+    QByteArray m_rawIni, m_rawRegistry;   // the network block's own text
 };

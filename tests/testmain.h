@@ -7,13 +7,19 @@
 #include <QtTest>
 
 // A widget of a form by its designer name: generated form headers stay private to their library.
+// Dialogs the owner keeps (the Save dialog of the panel) have forms of their own with the same
+// designer names; only widgets in the owner's own window count.
 template <typename T = QWidget>
 T *formWidget(const QObject &owner, const char *name)
 {
-    T *w = owner.findChild<T *>(QLatin1String(name));
-    if (!w)
-        qFatal("no form widget %s", name);
-    return w;
+    const QWidget *ownerWidget = qobject_cast<const QWidget *>(&owner);
+    for (T *w : owner.findChildren<T *>(QLatin1String(name))) {
+        const QWidget *widget = qobject_cast<const QWidget *>(w);
+        if (!ownerWidget || !widget || widget->window() == ownerWidget->window())
+            return w;
+    }
+    qFatal("no form widget %s", name);
+    return nullptr;
 }
 
 #define KELPIE_TEST_MAIN(TestClass)                                  \

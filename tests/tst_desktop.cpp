@@ -5,6 +5,7 @@
 #include "desktop/dektopwidget.h"
 #include "desktop/my_toolbutton.h"
 #include "my_shell1/globals.h"
+#include "platform/shelllink/shelllink.h"
 
 #include <QAction>
 #include <QLabel>
@@ -370,15 +371,84 @@ private slots:
         QVERIFY(d.isVisible());
     }
 
-    void iconByNameInEitherSlashForm()
+    void shellIconByName_data()
+    {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::addColumn<bool>("same");
+        const QString d = "X:/Users/Default/Desktop/";
+        QTest::newRow("either slash form") << d + "a.exe" << "X:\\Users\\Default\\Desktop\\a.exe" << true;
+        // Asked by name with no attributes, a folder is a file of its name.
+        QTest::newRow("folder and file told apart in nothing") << d + "Tools" << d + "Plain" << true;
+        QTest::newRow("a missing file still has its kind") << d + "gone.exe" << d + "a.exe" << true;
+        QTest::newRow("kinds differ") << d + "a.exe" << d + "note.txt" << false;
+        QTest::newRow("a shortcut is marked") << d + "note.lnk" << d + "Plain" << false;
+        QTest::newRow("extensions ignore case") << d + "NOTE.TXT" << d + "note.txt" << true;
+    }
+
+    void shellIconByName()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QFETCH(bool, same);
+        TestMachine m;
+        writeEntries(m, {"Tools/a.exe", "Plain", "a.exe", "note.txt"});
+        const QImage a = pixmapForFile(first).toImage();
+        QVERIFY(!a.isNull());
+        QCOMPARE(a == pixmapForFile(second).toImage(), same);
+    }
+
+    void shortcutWearsItsTargetsKind_data()
+    {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::addColumn<bool>("same");
+        QTest::newRow("two programs") << "X:\\Windows\\System32\\cmd.exe" << "C:\\Tools\\x.EXE" << true;
+        QTest::newRow("a program and a text") << "X:\\Windows\\System32\\cmd.exe" << "C:\\notes.txt" << false;
+        QTest::newRow("a folder and a name without extension") << "<dir>C:\\Tools" << "C:\\Tools" << false;
+        QTest::newRow("an unreadable shortcut is a plain file") << "<junk>" << "C:\\Tools" << true;
+    }
+
+    void shortcutWearsItsTargetsKind()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QFETCH(bool, same);
+        TestMachine m;
+        QImage icons[2];
+        const QString targets[2] = {first, second};
+        for (int i = 0; i < 2; ++i) {
+            const QString name = QString("drives/X/Users/Default/Desktop/link%1.lnk").arg(i);
+            if (targets[i] == "<junk>") {
+                m.write(name, "not a shortcut");
+            } else {
+                const bool folder = targets[i].startsWith("<dir>");
+                shelllink::Link link = shelllink::make(QString(targets[i]).remove("<dir>"));
+                link.fileAttributes = folder ? 0x10 : 0x20;
+                m.write(name, shelllink::write(link));
+            }
+            icons[i] = pixmapForFile(QString("X:/Users/Default/Desktop/link%1.lnk").arg(i)).toImage();
+            QVERIFY(!icons[i].isNull());
+        }
+        QCOMPARE(icons[0] == icons[1], same);
+        // The shortcut's mark sets it apart from its target's own icon.
+        QVERIFY(icons[0] != pixmapForFile("C:/cmd.exe").toImage());
+    }
+
+    void buttonsBearShellIcons()
     {
         TestMachine m;
-        writeEntries(m, {"Tools/a.exe", "note.txt"});
-        const QImage forward = pixmapForFile("X:/Users/Default/Desktop/Tools").toImage();
-        QVERIFY(!forward.isNull());
-        QCOMPARE(pixmapForFile("X:\\Users\\Default\\Desktop\\Tools").toImage(), forward);
-        // The folder is found as a folder through the drive mapping, so it does not look like a file.
-        QVERIFY(forward != pixmapForFile("X:/Users/Default/Desktop/note.txt").toImage());
+        writeEntries(m, {"Tool.lnk", "Tools/a.exe"});
+        ScreenDesktop d;
+        d.lay();
+        const QImage icon = d.desktopButtons.at(0)->icon().pixmap(32, 32).toImage();
+        QCOMPARE(icon, QPixmap::fromImage(m.sim->shellIcon(desktopPath + "Tool.lnk")).toImage());
+
+        // No icon to be had: the button shows its text alone.
+        m.facts("shell", "icons=0");
+        d.lay();
+        QVERIFY(d.desktopButtons.at(0)->icon().isNull());
+        QCOMPARE(visibleTexts(d), QStringList({"Tool", "Tools"}));
     }
 };
 

@@ -3,19 +3,17 @@
 
 #include "testmachine.h"
 #include "testmain.h"
+#include "testshell.h"
 
 #include "desktop/dektopwidget.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
-#include "my_shell1/globals.h"
-#include "my_shell1/my_shell1.h"
 #include "network/bringuplog.h"
 #include "network/ip_settings.h"
 #include "network/static_ip_dlg.h"
 #include "network/netcondition.h"
 
 #include <QLabel>
-#include <QTimer>
 #include <QToolButton>
 
 Q_DECLARE_METATYPE(NetworkCondition)
@@ -46,23 +44,31 @@ QString describe(const NetworkCondition &c)
 const char staticStart[] = "start\topen\tx:/program files/kelpie/start_ip.cmd\t\t1";
 const char mapStart[] = "start\topen\tx:/map_network.cmd\t\t1";
 const char toolStart[] = "start\topen\tx:\\program files\\kelpie\\tool.exe\t-q\t1";
+const QByteArray mapOk = "1.write=x:/map_network.log\n1.text=The command completed successfully.";
 
-// A medium with both scripts and one program to start, and what its scripts leave behind.
+// A medium with the mapping script, the static one unless its leaves are "-", one program to
+// start, and what the scripts leave behind.
 struct Medium : TestMachine {
-    explicit Medium(const QByteArray &staticLeaves,
-                    const QByteArray &mapLeaves = "1.write=x:/map_network.log\n"
-                                                  "1.text=The command completed successfully.",
-                    bool staticScript = true)
+    explicit Medium(const QByteArray &staticLeaves, const QByteArray &mapLeaves = mapOk)
     {
-        write("drives/X/Program Files/kelpie/data_shell.cfg", "toRun=tool|-q\n");
-        if (staticScript)
-            write("drives/X/Program Files/kelpie/start_ip.cmd", "@echo off\r\n");
-        write("drives/X/map_network.cmd", "@echo off\r\n");
-        write("machine.ini", "[start.start_ip.cmd]\n" + staticLeaves + "\n[start.map_network.cmd]\n"
-                                 + mapLeaves + "\n");
+        config("toRun=tool|-q\n");
+        if (staticLeaves != "-") {
+            file("X:/Program Files/kelpie/start_ip.cmd", "@echo off\r\n");
+            facts("start.start_ip.cmd", staticLeaves);
+        }
+        file("X:/map_network.cmd", "@echo off\r\n");
+        facts("start.map_network.cmd", mapLeaves);
     }
     int count(const char *line) const { return journal().count(QLatin1String(line)); }
 };
+
+// The panel with the start-up chain held back, on a fresh set of globals.
+std::unique_ptr<my_shell1> shellOf(bool second = false)
+{
+    resetGlobals();
+    secondInstance = second;
+    return makeShell();
+}
 
 // The stages as the timers would run them, one call a second; each entry of the trace is
 // "<stage>:<attempt>/<seconds>" after a tick.
@@ -99,597 +105,467 @@ class NetworkTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void startLog_data();
-    void startLog();
-    void startLogHugeLine();
-    void reportParser_data();
-    void reportParser();
-    void changed_data();
-    void changed();
-    void bringUpLogs_data();
-    void bringUpLogs();
+    void startLog_data()
+    {
+        QTest::addColumn<QByteArray>("log");   // "-" : no log at all
+        QTest::addColumn<NetworkCondition>("expected");
 
-    void inventory_data();
-    void inventory();
-    void nameServer_data();
-    void nameServer();
-    void reportLines_data();
-    void reportLines();
-    void reportReadsBack_data();
-    void reportReadsBack();
-    void liveFactsAndFirstGateway();
+        NetworkCondition full = condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
+        full.bootLetter = QStringLiteral("E");
+        QTest::newRow("missing log: dhcp set, the rest off") << QByteArray("-") << condition(0, 0, 1);
+        QTest::newRow("every key, CRLF")
+            << QByteArray("bootLetter=E\r\nnetwork=1\r\nfirewall=1\r\nipAdd=10.0.0.5\r\n"
+                          "ipMask=255.0.0.0\r\nipDNS=10.0.0.1\r\nipGateway=10.0.0.254\r\n")
+            << full;
+        QTest::newRow("ipMask alone keeps dhcp")
+            << QByteArray("network=1\nipMask=255.0.0.0\n") << condition(1, 0, 1, "", "255.0.0.0");
+        QTest::newRow("an empty ipAdd still clears dhcp")
+            << QByteArray("ipAdd=\n") << condition(0, 0, 0);
+        QTest::newRow("later line wins, last line without line end")
+            << QByteArray("network=1\nnetwork=0\nipAdd=1.1.1.1\nipAdd=2.2.2.2")
+            << condition(0, 0, 0, "2.2.2.2");
+        QTest::newRow("non-numbers give 0")
+            << QByteArray("network=yes\nfirewall=1x\n") << condition(0, 0, 1);
+        QTest::newRow("keys only at column 0, case counting")
+            << QByteArray(" network=1\nNetwork=1\nIPADD=1.2.3.4\n# ipAdd=5.6.7.8\n")
+            << condition(0, 0, 1);
+        QTest::newRow("binary and stray CRs")
+            << QByteArray("\x00\xff\xfe\x01garbage\n\rnetwork=\r1\r\n", 24) << condition(1, 0, 1);
+        const QByteArray head(int(netread::maxLineBytes) - 7, '7');   // a line's first 1 MiB, less "ipAdd=" and one
+        QTest::newRow("an overlong line keeps its head; the next line is read")
+            << "ipAdd=" + head + head + "\nnetwork=1" << condition(1, 0, 0, head.constData());
+    }
 
-    void adapterButtons();
-    void staticStage_data();
-    void staticStage();
-    void mapStage_data();
-    void mapStage();
-    void stopButtonInAttemptThree();
-    void secondInstanceRunsNoPrograms();
-    void neverShownDialog();
+    void startLog()
+    {
+        QFETCH(QByteArray, log);
+        QFETCH(NetworkCondition, expected);
+        TestMachine m;
+        if (log != "-")
+            m.write("drives/X/tmpReg/startNetwork.log", log);
+        NetworkCondition got = condition(7, 7, 7, "stale", "stale", "stale", "stale");
+        got.bootLetter = QStringLiteral("Q");
+        readStartNetwork(got);
+        QCOMPARE(describe(got), describe(expected));
+    }
+
+    void reportParser_data()
+    {
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<NetworkCondition>("expected");
+
+        QTest::newRow("missing lines leave the cleared fields")
+            << QStringLiteral("No Adapter") << condition(0, 0, 0);
+        QTest::newRow("empty gateway, status other than the two words")
+            << QStringLiteral("Operation status: Whatever\nDefault Gateway: \nFirewall: on")
+            << condition(1, 0, 0);
+        QTest::newRow("prefix away from column 0 or in another case")
+            << QStringLiteral(" IP Address: 1.2.3.4\nip address: 1.2.3.4\nFirewall: On\n")
+            << condition(0, 1, 0);
+        QTest::newRow("the character after the colon goes whatever it is")
+            << QStringLiteral("IP Address:x1.2.3.4\nSubnet Mask:") << condition(0, 0, 0, "1.2.3.4");
+    }
+
+    void reportParser()
+    {
+        QFETCH(QString, report);
+        QFETCH(NetworkCondition, expected);
+        NetworkCondition got;
+        parseAdapterReport(report, got);
+        QCOMPARE(describe(got), describe(expected));
+    }
+
+    void changed_data()
+    {
+        QTest::addColumn<NetworkCondition>("a");
+        QTest::addColumn<NetworkCondition>("b");
+        QTest::addColumn<bool>("expected");
+
+        const NetworkCondition dhcp = condition(1, 0, 1);
+        const NetworkCondition fixed = condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
+        QTest::newRow("same") << fixed << fixed << false;
+        QTest::newRow("connection differs") << dhcp << condition(0, 0, 1) << true;
+        QTest::newRow("dhcp differs") << dhcp << condition(1, 0, 0) << true;
+        QTest::newRow("dhcp: firewall counts") << dhcp << condition(1, 1, 1) << true;
+        QTest::newRow("dhcp: addresses do not count")
+            << dhcp << condition(1, 0, 1, "1.1.1.1", "2.2.2.2", "3.3.3.3", "4.4.4.4") << false;
+        QTest::newRow("static: firewall does not count")
+            << fixed << condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254") << false;
+        QTest::newRow("static: gateway counts")
+            << fixed << condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "") << true;
+        QTest::newRow("static: mask counts")
+            << fixed << condition(1, 0, 0, "10.0.0.5", "255.255.0.0", "10.0.0.1", "10.0.0.254") << true;
+    }
+
+    void changed()
+    {
+        QFETCH(NetworkCondition, a);
+        QFETCH(NetworkCondition, b);
+        QFETCH(bool, expected);
+        QCOMPARE(networkChanged(a, b), expected);
+        QCOMPARE(networkChanged(b, a), expected);
+    }
+
+    void bringUpLogs_data()
+    {
+        QTest::addColumn<QByteArray>("log");   // "-" : no log
+        QTest::addColumn<bool>("staticOk");
+        QTest::addColumn<bool>("mapOk");
+
+        const QByteArray done = "The command completed successfully.";
+        QTest::newRow("missing") << QByteArray("-") << false << false;
+        QTest::newRow("empty") << QByteArray("") << true << false;
+        QTest::newRow("one line among empty ones") << QByteArray("\r\n\r\nIP set\r\n\r\n\n") << true << false;
+        QTest::newRow("only line ends and CRs") << QByteArray("\r\r\n\n\r") << true << false;
+        QTest::newRow("two lines: the script complained") << QByteArray("a\nb") << false << false;
+        QTest::newRow("success line among errors")
+            << QByteArray("System error 53 has occurred.\r\n" + done + "\r\nSystem error 5\r\n")
+            << false << true;
+        QTest::newRow("success text inside a longer line") << QByteArray("> " + done + " <") << true << true;
+        QTest::newRow("lower-case success text does not count")
+            << done.toLower() << true << false;
+    }
+
+    void bringUpLogs()
+    {
+        QFETCH(QByteArray, log);
+        QFETCH(bool, staticOk);
+        QFETCH(bool, mapOk);
+        TestMachine m;
+        if (log != "-")
+            m.write("drives/X/the.log", log);
+        QCOMPARE(bringup::staticIpSucceeded(QStringLiteral("x:/THE.log")), staticOk);
+        QCOMPARE(bringup::mapNetworkSucceeded(QStringLiteral("x:/the.LOG")), mapOk);
+    }
+
+    // ---- adapter inventory ----
+
+    void inventory_data()
+    {
+        QTest::addColumn<QByteArrayList>("descriptions");   // device n is adapter n, from 1
+        QTest::addColumn<QByteArrayList>("edit");           // text replaced in machine.ini and registry.reg
+        QTest::addColumn<QStringList>("expected");          // "index description adapter-number"
+        QTest::addColumn<int>("count");
+
+        const QByteArray guid1 = TestMachine::adapterGuid(1);
+        QTest::newRow("debug in any case is hidden, indexes keep their gaps")
+            << QByteArrayList{"A", "Kernel DeBuG Adapter", "C"} << QByteArrayList{} << QStringList{"0 A 1", "2 C 3"} << 2;
+        QTest::newRow("two identical cards: both entries land on the first, the later winning")
+            << QByteArrayList{"A", "B"} << QByteArrayList{"DEV_2", "DEV_1"} << QStringList{"0 A 2"} << 1;
+        QTest::newRow("a missing Interfaces key still counts")
+            << QByteArrayList{"A"} << QByteArrayList{"Interfaces\\" + guid1, "Elsewhere"} << QStringList{"0 A 1"} << 1;
+        QTest::newRow("no key under Adapters: dropped") << QByteArrayList{"A", "B"}
+            << QByteArrayList{"Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere"} << QStringList{"0 A 1"} << 1;
+        QTest::newRow("six adapters: five counted, six listed")
+            << QByteArrayList{"A", "B", "C", "D", "E", "F"} << QByteArrayList{}
+            << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"} << 5;
+        QTest::newRow("no NET device") << QByteArrayList{"A"} << QByteArrayList{"class=Net", "class=System"}
+                                       << QStringList{} << 0;
+        QTest::newRow("class compared in upper case") << QByteArrayList{"A"} << QByteArrayList{"class=Net", "class=net"}
+                                                      << QStringList{"0 A 1"} << 1;
+        QTest::newRow("walk fails") << QByteArrayList{"A"}
+            << QByteArrayList{"[device.1]", "[network]\ndeviceWalkError=13\n[device.1]"} << QStringList{} << 0;
+        QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered") << QByteArrayList{"A", "debug"}
+            << QByteArrayList{"Control\\Class", "Control\\Gone"} << QStringList{"0 A 0", "1 debug 0"} << 2;
+        QTest::newRow("a class subkey name of 2047 characters is read") << QByteArrayList{"A"}
+            << QByteArrayList{"\\0001]", "\\" + QByteArray(2047, 'k') + "]"} << QStringList{"0 A 1"} << 1;
+        QTest::newRow("a class subkey name of 2048 characters is skipped") << QByteArrayList{"A"}
+            << QByteArrayList{"\\0001]", "\\" + QByteArray(2048, 'k') + "]"} << QStringList{} << 0;
+        QTest::newRow("NetCfgInstanceId of the wrong type") << QByteArrayList{"A"}
+            << QByteArrayList{"\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001"}
+            << QStringList{} << 0;
+    }
+
+    void inventory()
+    {
+        QFETCH(QByteArrayList, descriptions);
+        QFETCH(QByteArrayList, edit);
+        QFETCH(QStringList, expected);
+        QFETCH(int, count);
+        TestMachine m;
+        for (int n = 1; n <= descriptions.size(); ++n)
+            m.addAdapter(n, descriptions[n - 1]);
+        if (!edit.isEmpty()) {
+            m.netIni.replace(edit[0], edit[1]);
+            m.netReg.replace(edit[0], edit[1]);
+        }
+        m.writeNetwork();
+
+        ip_settings net;
+        net.refreshAdapters();
+        QStringList got;
+        for (const adapterInfo &a : net.adapters) {
+            const int number = a.netCfgInstanceId.right(3).left(2).toInt();
+            got << QStringLiteral("%1 %2 %3").arg(a.index).arg(a.description).arg(number);
+            QCOMPARE(a.connectionName, number ? QStringLiteral("Net %1").arg(number) : QString());
+        }
+        QCOMPARE(got, expected);
+        QCOMPARE(net.getAdapterCount(), count);
+    }
+
+    void nameServer_data()
+    {
+        QTest::addColumn<QByteArray>("value");   // as registry.reg writes it
+        QTest::addColumn<QStringList>("dns");
+
+        const QByteArray fits(259, '1');   // 518 bytes and the terminator: the whole 520-byte buffer
+        QTest::newRow("none: the machine-wide servers")
+            << QByteArray() << QStringList{"10.0.0.1", "10.0.0.2"};
+        QTest::newRow("two addresses replace them")
+            << QByteArray("\"1.1.1.1,2.2.2.2\"") << QStringList{"1.1.1.1", "2.2.2.2"};
+        QTest::newRow("empty parts and bad addresses stay as null addresses")
+            << QByteArray("\"1.1.1.1,,x\"") << QStringList{"1.1.1.1", "", ""};
+        QTest::newRow("an empty value is no static DNS")
+            << QByteArray("\"\"") << QStringList{"10.0.0.1", "10.0.0.2"};
+        QTest::newRow("filling the 520-byte buffer exactly is read")
+            << "\"" + fits + "\"" << QStringList{""};
+        QTest::newRow("one character more does not fit: no read")
+            << "\"" + fits + "1\"" << QStringList{"10.0.0.1", "10.0.0.2"};
+        QTest::newRow("a DWORD is no name server")
+            << QByteArray("dword:01010101") << QStringList{"10.0.0.1", "10.0.0.2"};
+    }
+
+    void nameServer()
+    {
+        QFETCH(QByteArray, value);
+        QFETCH(QStringList, dns);
+        TestMachine m;
+        const QString guid = m.addAdapter(1, "Card");
+        const QByteArray extraReg = value.isEmpty() ? QByteArray()
+            : "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\Interfaces\\"
+                + guid.toLatin1() + "]\n\"NameServer\"=" + value + "\n";
+        m.writeNetwork("[network]\ndnsServers=10.0.0.1,10.0.0.2\n", extraReg);
+        ip_settings net;
+        net.refreshAdapters();
+        QCOMPARE(net.adapters.size(), 1);
+        net.getAdapterStatus(0);
+        QStringList got;
+        for (const QHostAddress &h : net.adapters[0].dnsServers)
+            got << h.toString();
+        QCOMPARE(got, dns);
+    }
+
+    void reportLines_data()
+    {
+        QTest::addColumn<QByteArray>("ipHelper");
+        QTest::addColumn<QByteArray>("machine");
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<NetworkCondition>("readBack");   // what the parser takes back, never the DHCP server
+
+        const QString head = "Card\nMAC Address: 00-15-5D-4A-01-0B\nOperation status: Connected\n"
+                             "Network Connection: Net 1\n";
+        QTest::newRow("static address")
+            << QByteArray("address=192.168.1.50/255.255.255.0,10.0.0.9/255.0.0.0\ngateway=192.168.1.1\n"
+                          "mac=00:15:5d:4a:01:0b\n")
+            << QByteArray("[firewall]\nstate=on\n")
+            << head + "DHCP Enabled: No\nIP Address: 192.168.1.50\nSubnet Mask: 255.255.255.0\n"
+                      "Default Gateway: 192.168.1.1\nDNS Server: 10.0.0.1\nFirewall: On"
+            << condition(1, 1, 0, "192.168.1.50", "255.255.255.0", "10.0.0.1", "192.168.1.1");
+        QTest::newRow("DHCP with its server")
+            << QByteArray("address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\nmac=00-15-5D-4A-01-0B\n")
+            << QByteArray()
+            << head + "DHCP Enabled: Yes\nDHCP Server: 10.1.1.1\nIP Address: 10.1.1.5\n"
+                      "Subnet Mask: 255.255.0.0\nDefault Gateway: \nDNS Server: 10.0.0.1\nFirewall: Off"
+            << condition(1, 0, 1, "10.1.1.5", "255.255.0.0", "10.0.0.1");
+        QTest::newRow("DHCP enabled with no entry: No, and no address lines")
+            << QByteArray("listed=0\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
+            << head + "DHCP Enabled: No\nDNS Server: 10.0.0.1\nFirewall: Off"
+            << condition(1, 0, 0, "", "", "10.0.0.1");
+        QTest::newRow("GetIfEntry fails: no MAC, disconnected")
+            << QByteArray("ifEntryError=31\naddress=10.1.1.5/255.0.0.0\n") << QByteArray()
+            << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
+               "DHCP Enabled: No\nIP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n"
+               "DNS Server: 10.0.0.1\nFirewall: Off"
+            << condition(0, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1");
+        QTest::newRow("addresses that do not parse print as nothing")
+            << QByteArray("address=300.1.1.1/mask\ngateway=gw\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
+            << head + "DHCP Enabled: No\nIP Address: \nSubnet Mask: \nDefault Gateway: \n"
+                      "DNS Server: 10.0.0.1\nFirewall: Off"
+            << condition(1, 0, 0, "", "", "10.0.0.1");
+        QTest::newRow("firewall manager unavailable reads Off; IP Helper failing")
+            << QByteArray("mac=00-15-5D-4A-01-0B\n")
+            << QByteArray("[firewall]\nstate=unavailable\n[network]\nadaptersInfoError=122\n"
+                          "networkParamsError=8\n")
+            << head + "DHCP Enabled: No\nFirewall: Off" << condition(1, 0, 0);
+    }
+
+    void reportLines()
+    {
+        QFETCH(QByteArray, ipHelper);
+        QFETCH(QByteArray, machine);
+        QFETCH(QString, report);
+        QFETCH(NetworkCondition, readBack);
+        TestMachine m;
+        m.addAdapter(1, "Card", ipHelper);
+        m.writeNetwork("[network]\ndnsServers=10.0.0.1\n" + machine);
+        ip_settings net;
+        QCOMPARE(net.getAdapterStatus(0), QStringLiteral("No Adapter"));
+        net.refreshAdapters();
+        QCOMPARE(net.getAdapterStatus(0), report);
+        QCOMPARE(net.adapterStatus, readBack.network ? 5 : 0);
+        QCOMPARE(net.computerName, QStringLiteral("MINWINPC"));
+        NetworkCondition got;
+        parseAdapterReport(report, got);
+        QCOMPARE(describe(got), describe(readBack));
+    }
+
+    void liveFactsAndFirstGateway()
+    {
+        TestMachine m;
+        m.addAdapter(1, "Card", "address=10.1.1.5/255.0.0.0\ngateway=0.0.0.0\n");
+        ip_settings net;
+        net.refreshAdapters();
+        QVERIFY(net.getAdapterStatus(0).contains("\nDefault Gateway: \n"));
+
+        // DHCP delivers a gateway and the cable is pulled: the status follows, the gateway of the
+        // first report stays for the whole run.
+        m.netIni.replace("gateway=0.0.0.0", "gateway=10.1.1.1\nstatus=disconnected");
+        m.writeNetwork();
+        const QString later = net.getAdapterStatus(0);
+        QVERIFY(later.contains("Operation status: Disconnected\n"));
+        QVERIFY(later.contains("\nDefault Gateway: \n"));
+
+        // An adapter that arrives after the first enumeration is not picked up by the report.
+        m.addAdapter(2, "Late");
+        net.getAdapterStatus(0);
+        QCOMPARE(net.getAdapterCount(), 1);
+    }
+
+    // ---- the panel ----
+
+    void adapterButtons()
+    {
+        TestMachine m;
+        for (int n = 1; n <= 6; ++n)
+            m.addAdapter(n, "Card " + QByteArray::number(n), n == 2 ? "status=disconnected" : "");
+        auto shell = shellOf();
+        // Three ticks only count; the fourth enumerates and makes the buttons without reports.
+        for (int tick = 1; tick <= 3; ++tick) {
+            shell->getSystemCondition();
+            QVERIFY(shell->netButtons.isEmpty());
+            QVERIFY(!shell->noAdapterButton->isHidden());
+        }
+        shell->getSystemCondition();
+        QCOMPARE(shell->netButtons.size(), 5);
+        QVERIFY(shell->noAdapterButton->isHidden());
+        QCOMPARE(shell->netButtons[0]->toolTip(), QString());
+        shell->getSystemCondition();
+        QCOMPARE(shell->netButtons.size(), 5);
+        QVERIFY(shell->netButtons[0]->toolTip().startsWith("Card 1\nMAC Address: "));
+        QVERIFY(shell->netButtons[1]->toolTip().contains("Operation status: Disconnected"));
+        QVERIFY(shell->netButtons[4]->toolTip().startsWith("Card 5\n"));
+
+        shell->netButtons[3]->click();
+        QVERIFY(m.journal().contains("start\topen\tIPcfg.exe\t\t1"));
+    }
+
+    // Both stages driven tick by tick: the static address (five attempts of five seconds, the log
+    // read after each), then the mapping (three attempts), then the programs.
+    void stages_data()
+    {
+        QTest::addColumn<QByteArray>("staticLeaves");   // [start.start_ip.cmd]; "-": no script
+        QTest::addColumn<QByteArray>("stale");          // static_ip.log before the first start; "-": none
+        QTest::addColumn<QByteArray>("mapLeaves");      // [start.map_network.cmd]
+        QTest::addColumn<bool>("second");               // a second instance of the shell
+        QTest::addColumn<QList<int>>("expected");       // static starts, ticks; map starts, ticks
+
+        const QByteArray ok = "1.write=x:/static_ip.log\n1.text=Ok.";
+        const QByteArray bad = "*.write=x:/static_ip.log\n*.text=Setting the address\\nNo adapter\n";
+        const QByteArray none = "-";
+        QTest::newRow("static at once, mapping at once, then the programs")
+            << ok << none << mapOk << false << QList<int>{1, 5, 1, 5};
+        QTest::newRow("static on attempt 3") << bad + "3.write=x:/static_ip.log\n3.text=Ok." << none << mapOk
+                                             << false << QList<int>{3, 15, 1, 5};
+        QTest::newRow("every static attempt complains: 26 seconds")
+            << bad << none << mapOk << false << QList<int>{5, 26, 1, 5};
+        QTest::newRow("a stale good log counts at once")
+            << QByteArray() << QByteArray("\r\nOk.\r\n\r\n") << mapOk << false << QList<int>{1, 5, 1, 5};
+        QTest::newRow("log removed by the first run, written by the second")
+            << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.") << QByteArray("a\nb\n")
+            << mapOk << false << QList<int>{2, 10, 1, 5};
+        QTest::newRow("no static script: the mapping at once") << none << none << mapOk << false
+                                                                 << QList<int>{0, 0, 1, 5};
+        QTest::newRow("one map success line among errors, on attempt 2")
+            << none << none
+            << QByteArray("1.write=x:/map_network.log\n1.text=System error 53 has occurred.\n"
+                          "2.append=x:/map_network.log\n2.text=The command completed successfully.\\nSystem error 5")
+            << false << QList<int>{0, 0, 2, 10};
+        QTest::newRow("lower-case map success text never counts: 16 seconds")
+            << none << none << QByteArray("*.write=x:/map_network.log\n*.text=the command completed successfully.")
+            << false << QList<int>{0, 0, 3, 16};
+        QTest::newRow("a second instance runs both stages and no programs")
+            << QByteArray("1.write=x:/static_ip.log") << none << mapOk << true << QList<int>{1, 5, 1, 5};
+    }
+
+    void stages()
+    {
+        QFETCH(QByteArray, staticLeaves);
+        QFETCH(QByteArray, stale);
+        QFETCH(QByteArray, mapLeaves);
+        QFETCH(bool, second);
+        QFETCH(QList<int>, expected);
+        const int starts = expected[0], ticks = expected[1];
+        Medium m(staticLeaves, mapLeaves);
+        if (stale != "-")
+            m.write("drives/X/static_ip.log", stale);
+        auto shell = shellOf(second);
+        shell->init();
+        QCOMPARE(shell->bringUpStage, starts ? 1 : 2);
+        QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
+        if (!starts) {   // no menu opens on this road
+            QVERIFY(!shell->mainMenu->isVisible());
+            QCOMPARE(shell->desktop->label()->text(), QStringLiteral("Trying to map network resource. Please wait..."));
+        }
+
+        const QStringList trace = runStages(*shell);
+        QCOMPARE((QList<int>{m.count(staticStart), ticksOf(trace, 1), m.count(mapStart), ticksOf(trace, 2)}), expected);
+        if (starts)
+            QCOMPARE(trace.mid(0, 5), (QStringList{"1:1/4", "1:1/3", "1:1/2", "1:1/1", starts == 1 ? "1:1/5" : "1:2/5"}));
+        if (starts == 5)
+            QCOMPARE(trace[ticks - 2], QStringLiteral("1:6/5"));   // "6" shows for one second
+        if (expected[2] == 3)
+            QCOMPARE(trace[ticks + expected[3] - 2], QStringLiteral("2:4/5"));
+        QCOMPARE(m.read("drives/X/init.log").count("startIp="), starts);
+        QCOMPARE(m.count(toolStart), second ? 0 : 1);
+        if (!second)
+            QVERIFY(m.journal().indexOf(QLatin1String(mapStart)) < m.journal().indexOf(QLatin1String(toolStart)));
+        QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
+    }
+
+    void stopButtonInAttemptThree()
+    {
+        Medium m("");
+        auto shell = shellOf();
+        shell->init();
+        while (shell->desktop->label_3()->text() != "3" || shell->desktop->label_4()->text() != "3")
+            shell->checkStaticIP();
+        shell->desktop->toolButton()->click();
+        QCOMPARE(m.count(staticStart), 2);
+        QVERIFY(!shell->staticIpTimer->isActive());
+        // The mapping stage began at once, in the panel shown again.
+        QCOMPARE(shell->bringUpStage, 2);
+        QVERIFY(shell->mapNetworkTimer->isActive());
+        QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
+        QCOMPARE(shell->desktop->label_3()->text(), QStringLiteral("1"));
+        shell->desktop->toolButton()->click();
+        QCOMPARE(m.count(mapStart), 0);
+        QCOMPARE(m.count(toolStart), 1);
+    }
+
+    void neverShownDialog()
+    {
+        TestMachine m;
+        auto shell = shellOf();
+        // The dialog's signal never reaches the panel: cancelling it leaves the stage running.
+        static_ip_dlg *dialog = shell->staticIpDialog;
+        QSignalSpy spy(dialog, &static_ip_dlg::needStopOperation);
+        shell->bringUpStage = 1;
+        shell->staticIpTimer->start(1000);
+        dialog->findChild<QPushButton *>("pushButton")->click();
+        QCOMPARE(spy.value(0).value(0).toInt(), -1);
+        QVERIFY(shell->staticIpTimer->isActive());
+    }
 };
-
-void NetworkTest::startLog_data()
-{
-    QTest::addColumn<QByteArray>("log");   // "-" : no log at all
-    QTest::addColumn<NetworkCondition>("expected");
-
-    NetworkCondition full = condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
-    full.bootLetter = QStringLiteral("E");
-    QTest::newRow("missing log: dhcp set, the rest off") << QByteArray("-") << condition(0, 0, 1);
-    QTest::newRow("every key, CRLF")
-        << QByteArray("bootLetter=E\r\nnetwork=1\r\nfirewall=1\r\nipAdd=10.0.0.5\r\n"
-                      "ipMask=255.0.0.0\r\nipDNS=10.0.0.1\r\nipGateway=10.0.0.254\r\n")
-        << full;
-    QTest::newRow("ipMask alone keeps dhcp")
-        << QByteArray("network=1\nipMask=255.0.0.0\n") << condition(1, 0, 1, "", "255.0.0.0");
-    QTest::newRow("an empty ipAdd still clears dhcp")
-        << QByteArray("ipAdd=\n") << condition(0, 0, 0);
-    QTest::newRow("later line wins, last line without line end")
-        << QByteArray("network=1\nnetwork=0\nipAdd=1.1.1.1\nipAdd=2.2.2.2")
-        << condition(0, 0, 0, "2.2.2.2");
-    QTest::newRow("non-numbers give 0")
-        << QByteArray("network=yes\nfirewall=1x\n") << condition(0, 0, 1);
-    QTest::newRow("keys only at column 0, case counting")
-        << QByteArray(" network=1\nNetwork=1\nIPADD=1.2.3.4\n# ipAdd=5.6.7.8\n")
-        << condition(0, 0, 1);
-    QTest::newRow("binary and stray CRs")
-        << QByteArray("\x00\xff\xfe\x01garbage\n\rnetwork=\r1\r\n", 24) << condition(1, 0, 1);
-}
-
-void NetworkTest::startLog()
-{
-    QFETCH(QByteArray, log);
-    QFETCH(NetworkCondition, expected);
-    TestMachine m;
-    if (log != "-")
-        m.write("drives/X/tmpReg/startNetwork.log", log);
-    NetworkCondition got = condition(7, 7, 7, "stale", "stale", "stale", "stale");
-    got.bootLetter = QStringLiteral("Q");
-    readStartNetwork(got);
-    QCOMPARE(describe(got), describe(expected));
-}
-
-void NetworkTest::startLogHugeLine()
-{
-    // One line past the reader's limit, with no line end: the head is kept and nothing hangs; a
-    // key on the line after an overlong one is still read.
-    TestMachine m;
-    QByteArray log = "ipAdd=" + QByteArray(int(netread::maxLineBytes) * 3, '7') + "\nnetwork=1";
-    m.write("drives/X/tmpReg/startNetwork.log", log);
-    NetworkCondition got;
-    readStartNetwork(got);
-    QCOMPARE(got.network, 1);
-    QCOMPARE(got.dhcp, 0);
-    QVERIFY(got.ipAdd.size() > 1000 && got.ipAdd.size() < netread::maxLineBytes);
-}
-
-void NetworkTest::reportParser_data()
-{
-    QTest::addColumn<QString>("report");
-    QTest::addColumn<NetworkCondition>("expected");
-
-    QTest::newRow("dhcp server line is not read")
-        << QStringLiteral("Operation status: Disconnected\nDHCP Enabled: Yes\n"
-                          "DHCP Server: 10.0.0.1\nFirewall: Off")
-        << condition(0, 0, 1);
-    QTest::newRow("missing lines leave the cleared fields")
-        << QStringLiteral("No Adapter") << condition(0, 0, 0);
-    QTest::newRow("empty gateway, status other than the two words")
-        << QStringLiteral("Operation status: Whatever\nDefault Gateway: \nFirewall: on")
-        << condition(1, 0, 0);
-    QTest::newRow("prefix away from column 0 or in another case")
-        << QStringLiteral(" IP Address: 1.2.3.4\nip address: 1.2.3.4\nFirewall: On\n")
-        << condition(0, 1, 0);
-    QTest::newRow("the character after the colon goes whatever it is")
-        << QStringLiteral("IP Address:x1.2.3.4\nSubnet Mask:") << condition(0, 0, 0, "1.2.3.4");
-}
-
-void NetworkTest::reportParser()
-{
-    QFETCH(QString, report);
-    QFETCH(NetworkCondition, expected);
-    NetworkCondition got;
-    parseAdapterReport(report, got);
-    QCOMPARE(describe(got), describe(expected));
-}
-
-void NetworkTest::changed_data()
-{
-    QTest::addColumn<NetworkCondition>("a");
-    QTest::addColumn<NetworkCondition>("b");
-    QTest::addColumn<bool>("expected");
-
-    const NetworkCondition dhcp = condition(1, 0, 1);
-    const NetworkCondition fixed = condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
-    QTest::newRow("same") << fixed << fixed << false;
-    QTest::newRow("connection differs") << dhcp << condition(0, 0, 1) << true;
-    QTest::newRow("dhcp differs") << dhcp << condition(1, 0, 0) << true;
-    QTest::newRow("dhcp: firewall counts") << dhcp << condition(1, 1, 1) << true;
-    QTest::newRow("dhcp: addresses do not count")
-        << dhcp << condition(1, 0, 1, "1.1.1.1", "2.2.2.2", "3.3.3.3", "4.4.4.4") << false;
-    QTest::newRow("static: firewall does not count")
-        << fixed << condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254") << false;
-    QTest::newRow("static: gateway counts")
-        << fixed << condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "") << true;
-    QTest::newRow("static: mask counts")
-        << fixed << condition(1, 0, 0, "10.0.0.5", "255.255.0.0", "10.0.0.1", "10.0.0.254") << true;
-    QTest::newRow("missing log against a connected adapter")
-        << condition(0, 0, 1) << condition(1, 0, 1) << true;
-}
-
-void NetworkTest::changed()
-{
-    QFETCH(NetworkCondition, a);
-    QFETCH(NetworkCondition, b);
-    QFETCH(bool, expected);
-    QCOMPARE(networkChanged(a, b), expected);
-    QCOMPARE(networkChanged(b, a), expected);
-}
-
-void NetworkTest::bringUpLogs_data()
-{
-    QTest::addColumn<QByteArray>("log");   // "-" : no log
-    QTest::addColumn<bool>("staticOk");
-    QTest::addColumn<bool>("mapOk");
-
-    const QByteArray done = "The command completed successfully.";
-    QTest::newRow("missing") << QByteArray("-") << false << false;
-    QTest::newRow("empty") << QByteArray("") << true << false;
-    QTest::newRow("one line among empty ones") << QByteArray("\r\n\r\nIP set\r\n\r\n\n") << true << false;
-    QTest::newRow("only line ends and CRs") << QByteArray("\r\r\n\n\r") << true << false;
-    QTest::newRow("two lines: the script complained") << QByteArray("a\nb") << false << false;
-    QTest::newRow("success line among errors")
-        << QByteArray("System error 53 has occurred.\r\n" + done + "\r\nSystem error 5\r\n")
-        << false << true;
-    QTest::newRow("success text inside a longer line") << QByteArray("> " + done + " <") << true << true;
-    QTest::newRow("lower-case success text does not count")
-        << done.toLower() << true << false;
-    QTest::newRow("binary") << QByteArray("\x00\x01\x02", 3) << true << false;
-}
-
-void NetworkTest::bringUpLogs()
-{
-    QFETCH(QByteArray, log);
-    QFETCH(bool, staticOk);
-    QFETCH(bool, mapOk);
-    TestMachine m;
-    if (log != "-")
-        m.write("drives/X/the.log", log);
-    QCOMPARE(bringup::staticIpSucceeded(QStringLiteral("x:/THE.log")), staticOk);
-    QCOMPARE(bringup::mapNetworkSucceeded(QStringLiteral("x:/the.LOG")), mapOk);
-}
-
-// ---- adapter inventory ----
-
-void NetworkTest::inventory_data()
-{
-    QTest::addColumn<QByteArrayList>("descriptions");   // device n is adapter n, from 1
-    QTest::addColumn<QString>("tweak");
-    QTest::addColumn<QStringList>("expected");          // "index description adapter-number"
-    QTest::addColumn<int>("count");
-
-    QTest::newRow("one adapter") << QByteArrayList{"Card"} << "" << QStringList{"0 Card 1"} << 1;
-    QTest::newRow("debug in any case is hidden, indexes keep their gaps")
-        << QByteArrayList{"A", "Kernel DeBuG Adapter", "C"} << ""
-        << QStringList{"0 A 1", "2 C 3"} << 2;
-    QTest::newRow("two identical cards: both entries land on the first, the later winning")
-        << QByteArrayList{"A", "B"} << "same hardware id" << QStringList{"0 A 2"} << 1;
-    QTest::newRow("a missing Interfaces key still counts")
-        << QByteArrayList{"A"} << "no Interfaces" << QStringList{"0 A 1"} << 1;
-    QTest::newRow("no key under Adapters: dropped")
-        << QByteArrayList{"A", "B"} << "no Adapters key for 2" << QStringList{"0 A 1"} << 1;
-    QTest::newRow("six adapters: five counted, six listed")
-        << QByteArrayList{"A", "B", "C", "D", "E", "F"} << ""
-        << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"} << 5;
-    QTest::newRow("no NET device") << QByteArrayList{"A"} << "class System" << QStringList{} << 0;
-    QTest::newRow("class compared in upper case") << QByteArrayList{"A"} << "class net"
-                                                  << QStringList{"0 A 1"} << 1;
-    QTest::newRow("walk fails") << QByteArrayList{"A"} << "walk fails" << QStringList{} << 0;
-    QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered")
-        << QByteArrayList{"A", "debug"} << "no class key" << QStringList{"0 A 0", "1 debug 0"} << 2;
-    QTest::newRow("a class subkey name of 2047 characters is read")
-        << QByteArrayList{"A"} << "subkey 2047" << QStringList{"0 A 1"} << 1;
-    QTest::newRow("a class subkey name of 2048 characters is skipped")
-        << QByteArrayList{"A"} << "subkey 2048" << QStringList{} << 0;
-    QTest::newRow("NetCfgInstanceId of the wrong type")
-        << QByteArrayList{"A"} << "dword id" << QStringList{} << 0;
-}
-
-void NetworkTest::inventory()
-{
-    QFETCH(QByteArrayList, descriptions);
-    QFETCH(QString, tweak);
-    QFETCH(QStringList, expected);
-    QFETCH(int, count);
-    TestMachine m;
-    for (int n = 1; n <= descriptions.size(); ++n)
-        m.addAdapter(n, descriptions[n - 1], {}, tweak == "same hardware id" ? "PCI\\SAME" : "");
-    const QByteArray guid1 = TestMachine::adapterGuid(1);
-    if (tweak == "no Interfaces")
-        m.netReg.replace("Interfaces\\" + guid1, "Elsewhere\\" + guid1);
-    if (tweak == "no Adapters key for 2")
-        m.netReg.replace("Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere");
-    if (tweak.startsWith("class "))
-        m.netIni.replace("class=Net", "class=" + tweak.mid(6).toLatin1());
-    if (tweak == "no class key")
-        m.netReg.replace("Control\\Class", "Control\\Gone");
-    if (tweak.startsWith("subkey "))
-        m.netReg.replace("\\0001]", "\\" + QByteArray(tweak.mid(7).toInt(), 'k') + "]");
-    if (tweak == "dword id")
-        m.netReg.replace("\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001");
-    m.writeNetwork(tweak == "walk fails" ? "[network]\ndeviceWalkError=13\n" : "");
-
-    ip_settings net;
-    net.refreshAdapters();
-    QStringList got;
-    for (const adapterInfo &a : net.adapters) {
-        const int number = a.netCfgInstanceId.right(3).left(2).toInt();
-        got << QStringLiteral("%1 %2 %3").arg(a.index).arg(a.description).arg(number);
-        QCOMPARE(a.connectionName, number ? QStringLiteral("Net %1").arg(number) : QString());
-        QCOMPARE(a.classGuid, QStringLiteral("{4D36E972-E325-11CE-BFC1-08002BE10318}"));
-    }
-    QCOMPARE(got, expected);
-    QCOMPARE(net.getAdapterCount(), count);
-    QVERIFY(net.classEntries.isEmpty() && net.filteredAdapters.isEmpty());
-}
-
-void NetworkTest::nameServer_data()
-{
-    QTest::addColumn<QByteArray>("value");   // as registry.reg writes it
-    QTest::addColumn<bool>("staticDns");
-    QTest::addColumn<QStringList>("dns");
-
-    const QByteArray fits(259, '1');   // 518 bytes and the terminator: the whole 520-byte buffer
-    QTest::newRow("none: the machine-wide servers")
-        << QByteArray() << false << QStringList{"10.0.0.1", "10.0.0.2"};
-    QTest::newRow("two addresses replace them")
-        << QByteArray("\"1.1.1.1,2.2.2.2\"") << true << QStringList{"1.1.1.1", "2.2.2.2"};
-    QTest::newRow("empty parts and bad addresses stay as null addresses")
-        << QByteArray("\"1.1.1.1,,x\"") << true << QStringList{"1.1.1.1", "", ""};
-    QTest::newRow("an empty value is no static DNS")
-        << QByteArray("\"\"") << false << QStringList{"10.0.0.1", "10.0.0.2"};
-    QTest::newRow("filling the 520-byte buffer exactly is read")
-        << "\"" + fits + "\"" << true << QStringList{""};
-    QTest::newRow("one character more does not fit: no read")
-        << "\"" + fits + "1\"" << false << QStringList{"10.0.0.1", "10.0.0.2"};
-    QTest::newRow("a DWORD is no name server")
-        << QByteArray("dword:01010101") << false << QStringList{"10.0.0.1", "10.0.0.2"};
-}
-
-void NetworkTest::nameServer()
-{
-    QFETCH(QByteArray, value);
-    QFETCH(bool, staticDns);
-    QFETCH(QStringList, dns);
-    TestMachine m;
-    const QString guid = m.addAdapter(1, "Card");
-    const QByteArray extraReg = value.isEmpty() ? QByteArray()
-        : "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\Interfaces\\"
-            + guid.toLatin1() + "]\n\"NameServer\"=" + value + "\n";
-    m.writeNetwork("[network]\ndnsServers=10.0.0.1,10.0.0.2\n", extraReg);
-    ip_settings net;
-    net.refreshAdapters();
-    QCOMPARE(net.adapters.size(), 1);
-    net.getAdapterStatus(0);
-    const adapterInfo &a = net.adapters[0];
-    QCOMPARE(a.staticDns, staticDns);
-    QStringList got;
-    for (const QHostAddress &h : a.dnsServers)
-        got << h.toString();
-    QCOMPARE(got, dns);
-}
-
-void NetworkTest::reportLines_data()
-{
-    QTest::addColumn<QByteArray>("ipHelper");
-    QTest::addColumn<QByteArray>("machine");
-    QTest::addColumn<QString>("report");
-
-    const QString head = "Card\nMAC Address: 00-15-5D-4A-01-0B\nOperation status: Connected\n"
-                         "Network Connection: Net 1\n";
-    QTest::newRow("static address")
-        << QByteArray("address=192.168.1.50/255.255.255.0,10.0.0.9/255.0.0.0\ngateway=192.168.1.1\n"
-                      "mac=00:15:5d:4a:01:0b\n")
-        << QByteArray("[firewall]\nstate=on\n")
-        << head + "DHCP Enabled: No\nIP Address: 192.168.1.50\nSubnet Mask: 255.255.255.0\n"
-                  "Default Gateway: 192.168.1.1\nDNS Server: 10.0.0.1\nFirewall: On";
-    QTest::newRow("DHCP with its server")
-        << QByteArray("address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\nmac=00-15-5D-4A-01-0B\n")
-        << QByteArray()
-        << head + "DHCP Enabled: Yes\nDHCP Server: 10.1.1.1\nIP Address: 10.1.1.5\n"
-                  "Subnet Mask: 255.255.0.0\nDefault Gateway: \nDNS Server: 10.0.0.1\nFirewall: Off";
-    QTest::newRow("DHCP enabled with no entry: No, and no address lines")
-        << QByteArray("listed=0\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
-        << head + "DHCP Enabled: No\nDNS Server: 10.0.0.1\nFirewall: Off";
-    QTest::newRow("GetIfEntry fails: no MAC, disconnected")
-        << QByteArray("ifEntryError=31\naddress=10.1.1.5/255.0.0.0\n") << QByteArray()
-        << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
-           "DHCP Enabled: No\nIP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n"
-           "DNS Server: 10.0.0.1\nFirewall: Off";
-    QTest::newRow("addresses that do not parse print as nothing")
-        << QByteArray("address=300.1.1.1/mask\ngateway=gw\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
-        << head + "DHCP Enabled: No\nIP Address: \nSubnet Mask: \nDefault Gateway: \n"
-                  "DNS Server: 10.0.0.1\nFirewall: Off";
-    QTest::newRow("firewall manager unavailable reads Off; IP Helper failing")
-        << QByteArray("mac=00-15-5D-4A-01-0B\n")
-        << QByteArray("[firewall]\nstate=unavailable\n[network]\nadaptersInfoError=122\n"
-                      "networkParamsError=8\n")
-        << head + "DHCP Enabled: No\nFirewall: Off";
-}
-
-void NetworkTest::reportLines()
-{
-    QFETCH(QByteArray, ipHelper);
-    QFETCH(QByteArray, machine);
-    QFETCH(QString, report);
-    TestMachine m;
-    m.addAdapter(1, "Card", ipHelper);
-    m.writeNetwork("[network]\ndnsServers=10.0.0.1\n" + machine);
-    ip_settings net;
-    QCOMPARE(net.getAdapterStatus(0), QStringLiteral("No Adapter"));
-    net.refreshAdapters();
-    QCOMPARE(net.getAdapterStatus(0), report);
-    QCOMPARE(net.adapterStatus, report.contains("status: Connected") ? 5 : 0);
-    QCOMPARE(net.computerName, QStringLiteral("MINWINPC"));
-}
-
-void NetworkTest::reportReadsBack_data()
-{
-    QTest::addColumn<QByteArray>("ipHelper");
-    QTest::addColumn<bool>("firewall");
-    QTest::addColumn<NetworkCondition>("facts");
-
-    QTest::newRow("static, connected")
-        << QByteArray("address=192.168.1.50/255.255.255.0\ngateway=192.168.1.1\n") << true
-        << condition(1, 1, 0, "192.168.1.50", "255.255.255.0", "10.0.0.1", "192.168.1.1");
-    QTest::newRow("DHCP, disconnected")
-        << QByteArray("address=10.1.1.5/255.0.0.0\ngateway=10.1.1.1\ndhcp=1\ndhcpServer=10.1.1.1\n"
-                      "status=disconnected\n")
-        << false << condition(0, 0, 1, "10.1.1.5", "255.0.0.0", "10.0.0.1", "10.1.1.1");
-    QTest::newRow("gateway 0.0.0.0 reads back empty")
-        << QByteArray("address=10.1.1.5/255.0.0.0\n") << false
-        << condition(1, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1", "");
-}
-
-void NetworkTest::reportReadsBack()
-{
-    QFETCH(QByteArray, ipHelper);
-    QFETCH(bool, firewall);
-    QFETCH(NetworkCondition, facts);
-    TestMachine m;
-    m.addAdapter(1, "Card", ipHelper);
-    m.writeNetwork(QByteArray("[network]\ndnsServers=10.0.0.1\n[firewall]\nstate=")
-                   + (firewall ? "on" : "off") + "\n");
-    ip_settings net;
-    net.refreshAdapters();
-    NetworkCondition got;
-    parseAdapterReport(net.getAdapterStatus(0), got);
-    QCOMPARE(describe(got), describe(facts));
-}
-
-void NetworkTest::liveFactsAndFirstGateway()
-{
-    TestMachine m;
-    m.addAdapter(1, "Card", "address=10.1.1.5/255.0.0.0\ngateway=0.0.0.0\n");
-    ip_settings net;
-    net.refreshAdapters();
-    QVERIFY(net.getAdapterStatus(0).contains("\nDefault Gateway: \n"));
-
-    // DHCP delivers a gateway and the cable is pulled: the status follows, the gateway of the
-    // first report stays for the whole run.
-    m.netIni.replace("gateway=0.0.0.0", "gateway=10.1.1.1\nstatus=disconnected");
-    m.writeNetwork();
-    const QString later = net.getAdapterStatus(0);
-    QVERIFY(later.contains("Operation status: Disconnected"));
-    QVERIFY(later.contains("\nDefault Gateway: \n"));
-    QCOMPARE(net.adapters[0].gateways.size(), 2);
-
-    // An adapter that arrives after the first enumeration is not picked up by the report.
-    m.addAdapter(2, "Late");
-    net.getAdapterStatus(0);
-    QCOMPARE(net.getAdapterCount(), 1);
-}
-
-// ---- the panel ----
-
-void NetworkTest::adapterButtons()
-{
-    TestMachine m;
-    for (int n = 1; n <= 6; ++n)
-        m.addAdapter(n, "Card " + QByteArray::number(n), n == 2 ? "status=disconnected" : "");
-    resetGlobals();
-    my_shell1 shell;
-    shell.initTimer->stop();
-    // Three ticks only count; the fourth enumerates and makes the buttons without reports.
-    for (int tick = 1; tick <= 3; ++tick) {
-        shell.getSystemCondition();
-        QVERIFY(shell.netButtons.isEmpty());
-        QVERIFY(!shell.noAdapterButton->isHidden());
-    }
-    shell.getSystemCondition();
-    QCOMPARE(shell.netButtons.size(), 5);
-    QVERIFY(shell.noAdapterButton->isHidden());
-    QCOMPARE(shell.netButtons[0]->toolTip(), QString());
-    shell.getSystemCondition();
-    QCOMPARE(shell.netButtons.size(), 5);
-    QVERIFY(shell.netButtons[0]->toolTip().startsWith("Card 1\nMAC Address: "));
-    QVERIFY(shell.netButtons[1]->toolTip().contains("Operation status: Disconnected"));
-    QVERIFY(shell.netButtons[4]->toolTip().startsWith("Card 5\n"));
-    QCOMPARE(shell.netInfo.adapters.size(), 6);
-
-    shell.netButtons[3]->click();
-    QVERIFY(m.journal().contains("start\topen\tIPcfg.exe\t\t1"));
-}
-
-void NetworkTest::staticStage_data()
-{
-    QTest::addColumn<QByteArray>("leaves");   // what the script leaves, [start.start_ip.cmd]
-    QTest::addColumn<QByteArray>("stale");    // a log on the drive before the first start; "-": none
-    QTest::addColumn<int>("starts");
-    QTest::addColumn<int>("ticks");
-
-    const QByteArray bad = "*.write=x:/static_ip.log\n*.text=Setting the address\\nNo adapter\n";
-    QTest::newRow("success at once") << QByteArray("1.write=x:/static_ip.log\n1.text=Ok.")
-                                     << QByteArray("-") << 1 << 5;
-    QTest::newRow("success on attempt 3")
-        << bad + "3.write=x:/static_ip.log\n3.text=Ok." << QByteArray("-") << 3 << 15;
-    QTest::newRow("the log missing every time: 26 seconds") << QByteArray() << QByteArray("-") << 5 << 26;
-    QTest::newRow("every attempt complains") << bad << QByteArray("-") << 5 << 26;
-    QTest::newRow("a stale good log counts at once") << QByteArray() << QByteArray("\r\nOk.\r\n\r\n") << 1 << 5;
-    QTest::newRow("a stale bad log is read again and again")
-        << QByteArray() << QByteArray("a\r\nb\r\n") << 5 << 26;
-    QTest::newRow("log removed by the first run, written by the second")
-        << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.")
-        << QByteArray("a\nb\n") << 2 << 10;
-}
-
-void NetworkTest::staticStage()
-{
-    QFETCH(QByteArray, leaves);
-    QFETCH(QByteArray, stale);
-    QFETCH(int, starts);
-    QFETCH(int, ticks);
-    Medium m(leaves);
-    if (stale != "-")
-        m.write("drives/X/static_ip.log", stale);
-    resetGlobals();
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.init();
-    QCOMPARE(shell.bringUpStage, 1);
-    QVERIFY(shell.desktop->waitPanel->isVisibleTo(shell.desktop));
-    QCOMPARE(shell.desktop->label_4()->text(), QStringLiteral("5"));
-
-    const QStringList trace = runStages(shell);
-    QCOMPARE(ticksOf(trace, 1), ticks);
-    QCOMPARE(trace.mid(0, 5), (QStringList{"1:1/4", "1:1/3", "1:1/2", "1:1/1", starts == 1 ? "1:1/5" : "1:2/5"}));
-    if (starts == 5)
-        QCOMPARE(trace[ticks - 2], QStringLiteral("1:6/5"));   // "6" shows for one second
-    QCOMPARE(m.count(staticStart), starts);
-    const QByteArray log = m.read("drives/X/init.log");
-    QCOMPARE(log.count("startIp=0\r\n"), starts);
-    // The mapping stage follows, then the programs.
-    QCOMPARE(ticksOf(trace, 2), 5);
-    QCOMPARE(m.count(mapStart), 1);
-    QCOMPARE(m.count(toolStart), 1);
-    QVERIFY(!shell.desktop->waitPanel->isVisibleTo(shell.desktop));
-    QVERIFY(m.journal().indexOf(QLatin1String(mapStart)) < m.journal().indexOf(QLatin1String(toolStart)));
-}
-
-void NetworkTest::mapStage_data()
-{
-    QTest::addColumn<QByteArray>("leaves");   // [start.map_network.cmd]
-    QTest::addColumn<int>("starts");
-    QTest::addColumn<int>("ticks");
-
-    QTest::newRow("success at once")
-        << QByteArray("1.write=x:/map_network.log\n1.text=The command completed successfully.") << 1 << 5;
-    QTest::newRow("one success line among errors, on attempt 2")
-        << QByteArray("1.write=x:/map_network.log\n1.text=System error 53 has occurred.\n"
-                      "2.append=x:/map_network.log\n2.text=The command completed successfully.\\nSystem error 5")
-        << 2 << 10;
-    QTest::newRow("lower-case success text never counts: 16 seconds")
-        << QByteArray("*.write=x:/map_network.log\n*.text=the command completed successfully.") << 3 << 16;
-    QTest::newRow("the log missing every time") << QByteArray() << 3 << 16;
-}
-
-void NetworkTest::mapStage()
-{
-    QFETCH(QByteArray, leaves);
-    QFETCH(int, starts);
-    QFETCH(int, ticks);
-    Medium m("", leaves, false);
-    resetGlobals();
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.init();
-    // Without the static script the mapping begins at once; no menu opens on this road.
-    QCOMPARE(shell.bringUpStage, 2);
-    QVERIFY(!shell.mainMenu->isVisible());
-    QCOMPARE(shell.desktop->label()->text(), QStringLiteral("Trying to map network resource. Please wait..."));
-    const QStringList trace = runStages(shell);
-    QCOMPARE(ticksOf(trace, 2), ticks);
-    if (starts == 3)
-        QCOMPARE(trace[ticks - 2], QStringLiteral("2:4/5"));
-    QCOMPARE(m.count(mapStart), starts);
-    QCOMPARE(m.count(toolStart), 1);
-    QVERIFY(!m.read("drives/X/init.log").contains("startIp="));
-}
-
-void NetworkTest::stopButtonInAttemptThree()
-{
-    Medium m("");
-    resetGlobals();
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.init();
-    while (shell.desktop->label_3()->text() != "3" || shell.desktop->label_4()->text() != "3")
-        shell.checkStaticIP();
-    shell.desktop->toolButton()->click();
-    QCOMPARE(m.count(staticStart), 2);
-    QVERIFY(!shell.staticIpTimer->isActive());
-    // The mapping stage began at once, in the panel shown again.
-    QCOMPARE(shell.bringUpStage, 2);
-    QVERIFY(shell.mapNetworkTimer->isActive());
-    QVERIFY(shell.desktop->waitPanel->isVisibleTo(shell.desktop));
-    QCOMPARE(shell.desktop->label_3()->text(), QStringLiteral("1"));
-    shell.desktop->toolButton()->click();
-    QCOMPARE(m.count(mapStart), 0);
-    QCOMPARE(m.count(toolStart), 1);
-}
-
-void NetworkTest::secondInstanceRunsNoPrograms()
-{
-    Medium m("1.write=x:/static_ip.log");
-    resetGlobals();
-    secondInstance = true;
-    my_shell1 shell;
-    shell.initTimer->stop();
-    shell.init();
-    const QStringList trace = runStages(shell);
-    QCOMPARE(trace.size(), 10);
-    QCOMPARE(m.count(staticStart), 1);
-    QCOMPARE(m.count(mapStart), 1);
-    QCOMPARE(m.count(toolStart), 0);
-}
-
-void NetworkTest::neverShownDialog()
-{
-    TestMachine m;
-    resetGlobals();
-    my_shell1 shell;
-    shell.initTimer->stop();
-    // The dialog's signal never reaches the panel: cancelling it leaves the stage running.
-    static_ip_dlg *dialog = shell.staticIpDialog;
-    QSignalSpy spy(dialog, &static_ip_dlg::needStopOperation);
-    shell.bringUpStage = 1;
-    shell.staticIpTimer->start(1000);
-    dialog->findChild<QPushButton *>("pushButton")->click();
-    QCOMPARE(spy.value(0).value(0).toInt(), -1);
-    QVERIFY(shell.staticIpTimer->isActive());
-    QVERIFY(!dialog->isVisible());
-}
 
 KELPIE_TEST_MAIN(NetworkTest)
 #include "tst_network.moc"

@@ -9,16 +9,6 @@
 
 namespace {
 
-// The probe of this build, beside the suites' folder.
-QString builtProbe()
-{
-    QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/../tools/probe/kelpie_probe");
-#ifdef Q_OS_WIN
-    path += QStringLiteral(".exe");
-#endif
-    return path;
-}
-
 QString exeName(const QString &base)
 {
 #ifdef Q_OS_WIN
@@ -35,21 +25,16 @@ class TestProbe : public QObject {
 
     QTemporaryDir dir;
 
-    // A copy of the probe under another name, as a medium's program would be.
+    // A copy of the probe of this build under another name, as a medium's program would be.
     QString copyAs(const QString &name)
     {
+        const QString built = QCoreApplication::applicationDirPath() + QStringLiteral("/../tools/probe/")
+            + exeName(QStringLiteral("kelpie_probe"));
         const QString target = dir.path() + QLatin1Char('/') + exeName(name);
         QFile::remove(target);
-        if (!QFile::copy(builtProbe(), target))
-            qFatal("cannot copy %s to %s", qPrintable(builtProbe()), qPrintable(target));
+        if (!QFile::copy(built, target))
+            qFatal("cannot copy %s to %s", qPrintable(built), qPrintable(target));
         return target;
-    }
-
-    void write(const QString &name, const QByteArray &content)
-    {
-        QFile f(dir.path() + QLatin1Char('/') + name);
-        if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(content) != content.size())
-            qFatal("cannot write %s", qPrintable(f.fileName()));
     }
 
     QByteArray read(const QString &name)
@@ -58,8 +43,14 @@ class TestProbe : public QObject {
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 
-    int run(const QString &program, const QStringList &args, const QProcessEnvironment &env)
+    // Runs the program in the folder with none of the probe's variables but the ones given.
+    int run(const QString &program, const QStringList &args, const QMap<QString, QString> &variables = {})
     {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"KELPIE_PROBE_LOG", "KELPIE_PROBE_EXIT", "KELPIE_PROBE_DELAY_MS"})
+            env.remove(QLatin1String(name));
+        for (auto v = variables.begin(); v != variables.end(); ++v)
+            env.insert(v.key(), v.value());
         QProcess p;
         p.setProcessEnvironment(env);
         p.setWorkingDirectory(dir.path());
@@ -69,27 +60,18 @@ class TestProbe : public QObject {
         return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
     }
 
-    static QProcessEnvironment cleanEnvironment()
-    {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.remove(QStringLiteral("KELPIE_PROBE_LOG"));
-        env.remove(QStringLiteral("KELPIE_PROBE_EXIT"));
-        env.remove(QStringLiteral("KELPIE_PROBE_DELAY_MS"));
-        return env;
-    }
-
 private slots:
     void init()
     {
-        QFile::remove(dir.path() + QStringLiteral("/probe.ini"));
-        QFile::remove(dir.path() + QStringLiteral("/probe.log"));
+        for (const char *name : {"probe.ini", "probe.log", "other.log"})
+            QFile::remove(dir.path() + QLatin1Char('/') + QLatin1String(name));
     }
 
     void logLine()
     {
         const QString program = copyAs(QStringLiteral("NetProbe"));
-        QCOMPARE(run(program, {QStringLiteral("-quiet"), QStringLiteral("x")}, cleanEnvironment()), 0);
-        QCOMPARE(run(program, {QStringLiteral("second")}, cleanEnvironment()), 0);
+        QCOMPARE(run(program, {QStringLiteral("-quiet"), QStringLiteral("x")}), 0);
+        QCOMPARE(run(program, {QStringLiteral("second")}), 0);
 
         const QList<QByteArray> lines = read(QStringLiteral("probe.log")).split('\n');
         QCOMPARE(lines.size(), 3);   // two lines, each ending in a line feed
@@ -97,20 +79,9 @@ private slots:
         const QList<QByteArray> fields = lines.at(0).split('\t');
         QCOMPARE(fields.size(), 3);
         QCOMPARE(QString::fromUtf8(fields.at(0)).compare(QDir::toNativeSeparators(program), Qt::CaseInsensitive), 0);
-        QVERIFY2(fields.at(1).endsWith(" -quiet x"), fields.at(1));
-        QVERIFY2(fields.at(1).contains("NetProbe"), fields.at(1));
+        QVERIFY2(fields.at(1).contains("NetProbe") && fields.at(1).endsWith(" -quiet x"), fields.at(1));
         QCOMPARE(QString::fromUtf8(fields.at(2)).compare(QDir::toNativeSeparators(dir.path()), Qt::CaseInsensitive), 0);
         QVERIFY2(lines.at(1).split('\t').value(1).endsWith(" second"), lines.at(1));
-    }
-
-    void logFromVariable()
-    {
-        const QString program = copyAs(QStringLiteral("wpeutil"));
-        QProcessEnvironment env = cleanEnvironment();
-        env.insert(QStringLiteral("KELPIE_PROBE_LOG"), QDir::toNativeSeparators(dir.path() + QStringLiteral("/other.log")));
-        QCOMPARE(run(program, {QStringLiteral("Shutdown")}, env), 0);
-        QVERIFY(read(QStringLiteral("other.log")).contains("Shutdown"));
-        QVERIFY(!QFile::exists(dir.path() + QStringLiteral("/probe.log")));
     }
 
     void settings_data()
@@ -118,15 +89,18 @@ private slots:
         QTest::addColumn<QByteArray>("ini");
         QTest::addColumn<QString>("exitVariable");
         QTest::addColumn<QString>("delayVariable");
+        QTest::addColumn<bool>("logVariable");   // KELPIE_PROBE_LOG names other.log
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<int>("leastMs");
 
-        QTest::newRow("nothing set: exit 0 at once") << QByteArray() << QString() << QString() << 0 << 0;
-        QTest::newRow("probe.ini gives the exit code") << QByteArray("exit=3\r\n") << QString() << QString() << 3 << 0;
-        QTest::newRow("the variable wins over probe.ini") << QByteArray("exit=3\n") << QStringLiteral("5") << QString() << 5 << 0;
-        QTest::newRow("a value that is no number is ignored") << QByteArray("exit=x\nexit\n exit=4\n") << QStringLiteral("7a") << QString() << 0 << 0;
-        QTest::newRow("probe.ini gives the wait") << QByteArray("delayMs=200\nexit=2\n") << QString() << QString() << 2 << 200;
-        QTest::newRow("the variable gives the wait") << QByteArray() << QString() << QStringLiteral("200") << 0 << 200;
+        QTest::newRow("nothing set: exit 0 at once") << QByteArray() << QString() << QString() << false << 0 << 0;
+        QTest::newRow("probe.ini gives the exit code") << QByteArray("exit=3\r\n") << QString() << QString() << false << 3 << 0;
+        QTest::newRow("the variable wins over probe.ini") << QByteArray("exit=3\n") << "5" << QString() << false << 5 << 0;
+        QTest::newRow("a value that is no number is ignored")
+            << QByteArray("exit=x\nexit\n exit=4\n") << "7a" << QString() << false << 0 << 0;
+        QTest::newRow("probe.ini gives the wait") << QByteArray("delayMs=200\nexit=2\n") << QString() << QString() << false << 2 << 200;
+        QTest::newRow("the variable gives the wait") << QByteArray() << QString() << "200" << false << 0 << 200;
+        QTest::newRow("the variable names the log") << QByteArray() << QString() << QString() << true << 0 << 0;
     }
 
     void settings()
@@ -134,22 +108,29 @@ private slots:
         QFETCH(QByteArray, ini);
         QFETCH(QString, exitVariable);
         QFETCH(QString, delayVariable);
+        QFETCH(bool, logVariable);
         QFETCH(int, exitCode);
         QFETCH(int, leastMs);
 
         const QString program = copyAs(QStringLiteral("tool"));
-        if (!ini.isEmpty())
-            write(QStringLiteral("probe.ini"), ini);
-        QProcessEnvironment env = cleanEnvironment();
+        if (!ini.isEmpty()) {
+            QFile f(dir.path() + QStringLiteral("/probe.ini"));
+            if (!f.open(QIODevice::WriteOnly) || f.write(ini) != ini.size())
+                qFatal("cannot write probe.ini");
+        }
+        QMap<QString, QString> variables;
         if (!exitVariable.isEmpty())
-            env.insert(QStringLiteral("KELPIE_PROBE_EXIT"), exitVariable);
+            variables.insert(QStringLiteral("KELPIE_PROBE_EXIT"), exitVariable);
         if (!delayVariable.isEmpty())
-            env.insert(QStringLiteral("KELPIE_PROBE_DELAY_MS"), delayVariable);
+            variables.insert(QStringLiteral("KELPIE_PROBE_DELAY_MS"), delayVariable);
+        if (logVariable)
+            variables.insert(QStringLiteral("KELPIE_PROBE_LOG"), QDir::toNativeSeparators(dir.path() + QStringLiteral("/other.log")));
         QElapsedTimer clock;
         clock.start();
-        QCOMPARE(run(program, {}, env), exitCode);
+        QCOMPARE(run(program, {}, variables), exitCode);
         QVERIFY(clock.elapsed() >= leastMs);
-        QVERIFY(read(QStringLiteral("probe.log")).contains("tool"));
+        QVERIFY(read(logVariable ? QStringLiteral("other.log") : QStringLiteral("probe.log")).contains("tool"));
+        QCOMPARE(QFile::exists(dir.path() + QStringLiteral("/probe.log")), !logVariable);
     }
 };
 

@@ -99,7 +99,7 @@ class UpdateTest : public QObject {
         wizard->show();
         if (!QTest::qWaitFor([&]() { return !wizard->welcomePage->updateCheckBox->isHidden(); }, 30000))
             return nullptr;
-        setUpdateEndpoint(scenario.startsWith(QLatin1String("http")) ? scenario : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         wizard->next();
         if (wizard->updatePage->infoLabel->text() != QLatin1String("Checking download info..."))
             return nullptr;
@@ -155,7 +155,6 @@ private slots:
         QTest::addColumn<int>("build");
         QTest::addColumn<QString>("back");
         QTest::newRow("three parts") << "14.0.1" << 14001 << "14.0.1";
-        QTest::newRow("revision of two digits") << "14.0.10" << 14010 << "14.0.10";
         QTest::newRow("revision 99") << "14.0.99" << 14099 << "14.0.99";
         QTest::newRow("revision 100 carries into the minor") << "14.0.100" << 14100 << "14.1";
         QTest::newRow("trailing zero parts left out") << "14" << 14000 << "14";
@@ -197,23 +196,18 @@ private slots:
             machine->write(QStringLiteral("settings.ini"), ini);
         QCOMPARE(updateEntryFor(version), entry);
 
-        setUpdateEndpoint(UpdateServer::refusedEndpoint());
+        setUpdateEndpoint(server.endpoint(QString()));
         UpdateWizard wizard(0, productName);
         QAbstractItemModel *model = wizard.welcomePage->tree->model();
-        QCOMPARE(model->columnCount(), 3);
-        QCOMPARE(model->headerData(2, Qt::Horizontal).toString(), QStringLiteral("Status"));
         QStringList seen;
-        for (int r = 0; r < model->rowCount(); ++r) {
+        for (int r = 0; r < model->rowCount(); ++r)
             seen << model->index(r, 0).data().toString();
-            QVERIFY(!(model->flags(model->index(r, 0)) & Qt::ItemIsEditable));
-        }
         QCOMPARE(seen, rows);
         if (!rows.isEmpty()) {
             QCOMPARE(model->index(0, 2).data().toString(), QStringLiteral("Second"));
             QCOMPARE(model->index(1, 1).data(Qt::ToolTipRole).toString(), QStringLiteral("n"));
             QVERIFY(model->index(0, 0).data(Qt::ToolTipRole).isNull());
         }
-        QVERIFY(!wizard.welcomePage->rollbackCheckBox->isEnabled());
         // The icon's resource path has no slash behind the colon.
         QVERIFY(!wizard.windowIcon().isNull());
         QCOMPARE(wizard.windowTitle(), QStringLiteral("Tessel Kelpie Updates"));
@@ -222,14 +216,9 @@ private slots:
     void historyFields()
     {
         setUpdateField(12, VersionField, QStringLiteral("14.0.12"));
-        setUpdateField(12, SetupField, QStringLiteral("C:/kelpie/14.0.12/setup.exe"));
-        setUpdateField(12, 5, QStringLiteral("beyond"));
-        QCOMPARE(getUpdateField(12, SetupField), QStringLiteral("C:/kelpie/14.0.12/setup.exe"));
-        QCOMPARE(getUpdateField(12, 5), QString());
-        QCOMPARE(getUpdateField(3, VersionField), QString());
+        setUpdateField(12, 5, QStringLiteral("beyond"));   // there is no sixth field
         const QByteArray ini = machine->read(QStringLiteral("settings.ini"));
-        QVERIFY(ini.contains("[Updates]"));
-        QVERIFY(ini.contains("Update12_Version=14.0.12"));
+        QVERIFY(ini.startsWith("[Updates]") && ini.contains("Update12_Version=14.0.12"));
         QVERIFY(!ini.contains("beyond"));
     }
 
@@ -252,30 +241,37 @@ private slots:
         QCOMPARE(setupFileName(url), name);
     }
 
-    void latestVersion_data()
+    // The two questions to the server, each by a manager that deletes itself at the end. The
+    // latest version: each chunk emitted, the callback once. The download info: one answer, the
+    // last chunk kept, a 404 page taken as the body. Every exchange ends with one download info.
+    void exchanges_data()
     {
         QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QStringList>("emitted");
-        QTest::addColumn<int>("callbackCalls");
-        QTest::addColumn<bool>("newer");
-        QTest::addColumn<int>("latest");
-        QTest::newRow("newer") << "newer" << QStringList{"14.0.10"} << 1 << true << 14010;
-        QTest::newRow("same") << "same" << QStringList{"14.0.1"} << 1 << false << 14001;
-        QTest::newRow("older") << "older" << QStringList{"13.9"} << 1 << false << 13900;
+        QTest::addColumn<bool>("info");            // the download-info question
+        QTest::addColumn<QStringList>("emitted");  // the answer's signals; {base}: the server
+        QTest::addColumn<int>("latest");   // handed to the callback, newer when above 14.0.1; -1: no call
+        QTest::newRow("newer") << "newer" << false << QStringList{"14.0.10"} << 14010;
+        QTest::newRow("same") << "same" << false << QStringList{"14.0.1"} << 14001;
+        QTest::newRow("older") << "older" << false << QStringList{"13.9"} << 13900;
         QTest::newRow("query holds pid, build and os")
-            << "echo" << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 1 << false << 0;
-        QTest::newRow("empty reply emits nothing") << "empty" << QStringList() << 0 << false << 0;
-        QTest::newRow("refused emits nothing") << "" << QStringList() << 0 << false << 0;
-        QTest::newRow("each chunk emitted, callback once") << "split" << QStringList{"14.0", ".10"} << 1 << false << 14000;
+            << "echo" << false << QStringList{"/echo/act/update.aspx?pid=14&ver=14001&os=0"} << 0;
+        QTest::newRow("empty reply emits nothing") << "empty" << false << QStringList() << -1;
+        QTest::newRow("refused emits nothing") << "" << false << QStringList() << -1;
+        QTest::newRow("each chunk emitted, callback once") << "split" << false << QStringList{"14.0", ".10"} << 14000;
+        QTest::newRow("info in one chunk") << "chunks" << true
+            << QStringList{"3072|{base}/setup/size=3072,chunks=3,gate=chunks/setup.exe|Title|Notes"} << -1;
+        QTest::newRow("info in two chunks keeps the last")
+            << "split" << true << QStringList{"4096|{base}/setup/size=4096/second.exe|Three|Four"} << -1;
+        QTest::newRow("info refused") << "" << true << QStringList{""} << -1;
+        QTest::newRow("HTML error page taken as the body") << "gone" << true << QStringList{"<html>"} << -1;
     }
-    void latestVersion()
+    void exchanges()
     {
         QFETCH(QString, scenario);
+        QFETCH(bool, info);
         QFETCH(QStringList, emitted);
-        QFETCH(int, callbackCalls);
-        QFETCH(bool, newer);
         QFETCH(int, latest);
-        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         auto *manager = new MorvaneUpdateManager;
         const QPointer<QObject> alive(manager);
         manager->ownBuild = currentBuild();
@@ -283,21 +279,27 @@ private slots:
         connect(manager, &MorvaneUpdateManager::LatestVersion, manager, &MorvaneUpdateManager::GotLatestVersion);
         QSignalSpy versions(manager, &MorvaneUpdateManager::LatestVersion);
         QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
-        QVERIFY(manager->requestLatestVersion(latestVersionUrl()));
-        if (emitted.size() > 1) {
-            QVERIFY(versions.wait(30000));
-            server.release(QStringLiteral("split-latest"));
+        QVERIFY(info ? manager->requestDownloadInfo(downloadInfoUrl()) : manager->requestLatestVersion(latestVersionUrl()));
+        if (scenario == QLatin1String("split")) {   // the second chunk waits until the first is in
+            QVERIFY(QTest::qWaitFor([&]() { return versions.count() || !manager->info.isEmpty(); }, 30000));
+            server.release(info ? QStringLiteral("split-info") : QStringLiteral("split-latest"));
         }
         QVERIFY(waitUntilGone(alive));
-        QStringList seen;
+        QStringList seen[2];
         for (const QList<QVariant> &args : versions)
-            seen << args.at(0).toString();
-        QCOMPARE(seen, emitted);
-        QCOMPARE(infos.count(), 1);   // every exchange ends with one, empty here
-        QCOMPARE(infos.at(0).at(0).toString(), QString());
-        QCOMPARE(callbackAnswer.calls, callbackCalls);
-        QCOMPARE(callbackAnswer.newer, newer);
-        QCOMPARE(callbackAnswer.latest, latest);
+            seen[0] << args.at(0).toString();
+        for (const QList<QVariant> &args : infos)
+            seen[1] << args.at(0).toString();
+        emitted.replaceInStrings(QLatin1String("{base}"), server.base());
+        if (scenario == QLatin1String("gone"))
+            QVERIFY2(seen[1].value(0).startsWith(emitted[0]) && seen[1].value(0).contains("Not Found"), qPrintable(seen[1].value(0)));
+        else
+            QCOMPARE(seen[int(info)], emitted);
+        // Of the other signal only the empty info that ends a latest-version exchange.
+        QCOMPARE(seen[int(!info)], info ? QStringList() : QStringList{QString()});
+        QCOMPARE(callbackAnswer.calls, latest < 0 ? 0 : 1);
+        QCOMPARE(callbackAnswer.newer, latest > 14001);
+        QCOMPARE(callbackAnswer.latest, qMax(latest, 0));
     }
 
     void checkLatestVersionCallsOnce()
@@ -309,110 +311,24 @@ private slots:
         QCOMPARE(callbackAnswer.latest, 14010);
     }
 
-    void downloadInfo_data()
-    {
-        QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QString>("info");   // {base} stands for the server
-        QTest::newRow("one chunk")
-            << "chunks" << "3072|{base}/setup/size=3072,chunks=3,gate=chunks/setup.exe|Title|Notes";
-        QTest::newRow("two chunks keep the last")
-            << "split" << "4096|{base}/setup/size=4096/second.exe|Three|Four";
-        QTest::newRow("empty reply") << "empty" << "";
-        QTest::newRow("refused") << "" << "";
-        QTest::newRow("HTML error page taken as the body") << "gone" << "<html>";
-    }
-    void downloadInfo()
-    {
-        QFETCH(QString, scenario);
-        QFETCH(QString, info);
-        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
-        auto *manager = new MorvaneUpdateManager;
-        const QPointer<QObject> alive(manager);
-        QSignalSpy infos(manager, &MorvaneUpdateManager::DownloadInfo);
-        QVERIFY(manager->requestDownloadInfo(downloadInfoUrl()));
-        if (scenario == QLatin1String("split")) {
-            QVERIFY(QTest::qWaitFor([&]() { return !manager->info.isEmpty(); }, 30000));
-            QVERIFY(manager->info.startsWith(QLatin1String("2048|")));
-            server.release(QStringLiteral("split-info"));
-        }
-        QVERIFY(waitUntilGone(alive));
-        QCOMPARE(infos.count(), 1);
-        const QString body = infos.at(0).at(0).toString();
-        info.replace(QLatin1String("{base}"), server.base());
-        if (info == QLatin1String("<html>"))
-            QVERIFY2(body.startsWith(info) && body.contains(QLatin1String("Not Found")), qPrintable(body));
-        else
-            QCOMPARE(body, info);
-    }
-
-    void download_data()
-    {
-        QTest::addColumn<QString>("pace");
-        QTest::addColumn<int>("releases");
-        QTest::addColumn<QList<int>>("progress");
-        QTest::addColumn<int>("written");
-        QTest::newRow("one chunk") << "size=2048" << 0 << QList<int>{2048} << 2048;
-        QTest::newRow("several chunks") << "size=3000,chunks=3,gate=dl" << 2 << QList<int>{1000, 2000, 3000} << 3000;
-        QTest::newRow("empty body") << "size=0" << 0 << QList<int>() << 0;
-        QTest::newRow("reset in the middle") << "size=4096,chunks=2,gate=dl,reset=1" << 1 << QList<int>{2048} << 2048;
-    }
-    void download()
-    {
-        QFETCH(QString, pace);
-        QFETCH(int, releases);
-        QFETCH(QList<int>, progress);
-        QFETCH(int, written);
-        auto *manager = new MorvaneUpdateManager;
-        const QPointer<QObject> alive(manager);
-        const QString path = machine->folder() + QStringLiteral("/setup.exe");
-        manager->file = new QFile(path);
-        QVERIFY(manager->file->open(QIODevice::WriteOnly | QIODevice::Truncate));
-        QSignalSpy steps(manager, &MorvaneUpdateManager::UpdateProgress);
-        QSignalSpy done(manager, &MorvaneUpdateManager::UpdateDownloaded);
-        QVERIFY(manager->requestDownload(server.base() + QStringLiteral("/setup/%1/setup.exe").arg(pace)));
-        for (int i = 0; i < releases; ++i) {
-            QVERIFY(QTest::qWaitFor([&]() { return steps.count() > i; }, 30000));
-            server.release(QStringLiteral("dl"));
-        }
-        QVERIFY(waitUntilGone(alive));
-        QList<int> seen;
-        for (const QList<QVariant> &args : steps)
-            seen << args.at(0).toInt();
-        QCOMPARE(seen, progress);
-        QCOMPARE(done.count(), 1);
-        QCOMPARE(done.at(0).at(0).toString(), path);
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray bytes = file.readAll();
-        QCOMPARE(bytes.size(), written);
-        for (int i = 0; i < bytes.size(); ++i)
-            QCOMPARE(quint8(bytes.at(i)), quint8((i * 7 + 3) % 256));
-    }
-
     void welcomePage_data()
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("status");
         QTest::addColumn<bool>("offered");
         QTest::addColumn<bool>("closes");
+        const QString latest = QStringLiteral("<b><font color=red>Your version is the latest!</font></b> Software "
+                                              "update is not available");
+        const QString down = QStringLiteral("<b><font color=red>Network isn't operational!</font></b> Software "
+                                            "update is not available");
         QTest::newRow("newer version offered")
             << "newer" << "<b><font color=red>Update is available!</font></b> Ready to download version <b>14.0.10</b>"
             << true << false;
-        QTest::newRow("same version: latest, Close")
-            << "same" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
-            << false << true;
-        QTest::newRow("older version: latest, Close")
-            << "older" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
-            << false << true;
-        QTest::newRow("HTML error page reads as no newer version")
-            << "gone" << "<b><font color=red>Your version is the latest!</font></b> Software update is not available"
-            << false << true;
-        QTest::newRow("empty reply: no network")
-            << "empty" << "<b><font color=red>Network isn't operational!</font></b> Software update is not available"
-            << false << false;
-        QTest::newRow("refused: no network")
-            << "" << "<b><font color=red>Network isn't operational!</font></b> Software update is not available"
-            << false << false;
+        QTest::newRow("same version: latest, Close") << "same" << latest << false << true;
+        QTest::newRow("older version: latest, Close") << "older" << latest << false << true;
+        QTest::newRow("HTML error page reads as no newer version") << "gone" << latest << false << true;
+        QTest::newRow("empty reply: no network") << "empty" << down << false << false;
+        QTest::newRow("refused: no network") << "" << down << false << false;
     }
     void welcomePage()
     {
@@ -420,9 +336,8 @@ private slots:
         QFETCH(QString, status);
         QFETCH(bool, offered);
         QFETCH(bool, closes);
-        setUpdateEndpoint(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : server.endpoint(scenario));
+        setUpdateEndpoint(server.endpoint(scenario));
         UpdateWizard wizard(0, productName);
-        QSignalSpy offers(wizard.welcomePage, &WelcomePage::NewVersionExists);
         wizard.show();
         WelcomePage *page = wizard.welcomePage;
         if (offered || closes)
@@ -431,54 +346,59 @@ private slots:
             QVERIFY(sameExchangeEnded());
         QCOMPARE(page->statusLabel->text(), status);
         QCOMPARE(!page->updateCheckBox->isHidden(), offered);
-        QCOMPARE(offers.count(), offered ? 1 : 0);
         QCOMPARE(wizard.updatePage->updateTo, offered ? 14010 : 0);
         const QString next = wizard.button(QWizard::NextButton)->text();
         QCOMPARE(next == QLatin1String("Close"), closes);
-        QCOMPARE(page->validatePage(), offered || closes);
         wizard.next();
         QCOMPARE(wizard.isVisible(), !closes);
         QCOMPARE(wizard.currentId(), offered || closes ? 1 : 0);
     }
 
-    // Each stop of the update page on a bad answer, and where its file lands.
+    // Each stop of the update page on a bad answer or a folder it cannot make; nothing lands in
+    // the program's folder.
     void updatePageStops_data()
     {
         QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QString>("status");   // {folder} stands for the version folder
-        QTest::addColumn<QStringList>("files");   // below the program's folder afterwards
+        QTest::addColumn<QString>("inTheWay");   // a file written first, below the machine folder
+        QTest::addColumn<QString>("status");   // {folder}: the version folder, {home}: the program's
         QTest::addColumn<QString>("info");   // the phase it stopped in
         const QString asking = QStringLiteral("Checking download info...");
         const QString noInfo = QStringLiteral("<font color=red><b>Error:</b></font> Information about update has "
                                               "not been retrieved, communication error occured");
-        QTest::newRow("empty reply") << "empty" << noInfo << QStringList() << asking;
-        QTest::newRow("refused") << "" << noInfo << QStringList() << asking;
-        QTest::newRow("HTML error page") << "gone" << noInfo << QStringList() << asking;
-        QTest::newRow("fewer than four fields, no crash") << "short" << noInfo << QStringList() << asking;
+        const QString subfolder = QStringLiteral("<font color=red><b>Error:</b></font> Unable to create subfolder "
+                                                 "<b>14.0.10</b> in application's home directory:<br> <b>{home}</b>");
+        QTest::newRow("empty reply") << "empty" << "" << noInfo << asking;
+        QTest::newRow("HTML error page") << "gone" << "" << noInfo << asking;
+        QTest::newRow("fewer than four fields, no crash") << "short" << "" << noInfo << asking;
         QTest::newRow("size larger than the disk")
-            << "toolarge"
+            << "toolarge" << ""
             << "<font color=red><b>Error:</b></font> Unable to allocate space for file <b>setup.exe</b> in <br><b>{folder}</b>"
-            << QStringList() << "Allocating space for {folder}/setup.exe...";
+            << "Allocating space for {folder}/setup.exe...";
         QTest::newRow("name of the parent folder")
-            << "dots" << "<font color=red><b>Error:</b></font> Unable to create file <b></b> in <br><b>{folder}</b>"
-            << QStringList{"old/escaped.exe"} << "Allocating space for {folder}/...";
+            << "dots" << "" << "<font color=red><b>Error:</b></font> Unable to create file <b></b> in <br><b>{folder}</b>"
+            << "Allocating space for {folder}/...";
+        QTest::newRow("a file of the version folder's name")
+            << "plain" << "program/14.0.10" << subfolder << asking;
     }
     void updatePageStops()
     {
         QFETCH(QString, scenario);
+        QFETCH(QString, inTheWay);
         QFETCH(QString, status);
-        QFETCH(QStringList, files);
         QFETCH(QString, info);
         machine->write(QStringLiteral("program/old/escaped.exe"), "installed before");
-        auto wizard = updateWizardAsking(scenario.isEmpty() ? UpdateServer::refusedEndpoint() : scenario);
+        if (!inTheWay.isEmpty())
+            machine->write(inTheWay, "not a folder");
+        auto wizard = updateWizardAsking(scenario);
         QVERIFY(wizard);
         UpdatePage *page = wizard->updatePage;
         QTRY_VERIFY_WITH_TIMEOUT(!page->statusLabel->isHidden(), 30000);
-        QCOMPARE(page->statusLabel->text(), QString(status).replace(QLatin1String("{folder}"), version10Folder()));
+        QCOMPARE(page->statusLabel->text(), QString(status).replace(QLatin1String("{folder}"), version10Folder())
+                                                .replace(QLatin1String("{home}"), program));
         QCOMPARE(page->infoLabel->text(), info.replace(QLatin1String("{folder}"), version10Folder()));
-        files << QStringLiteral("old/escaped.exe");
-        files.removeDuplicates();
-        files.sort();
+        QStringList files{QStringLiteral("old/escaped.exe")};
+        if (!inTheWay.isEmpty())
+            files.prepend(QDir(program).relativeFilePath(machine->folder() + QLatin1Char('/') + inTheWay));
         QCOMPARE(filesBelow(program), files);
         QCOMPARE(machine->read(QStringLiteral("program/old/escaped.exe")), QByteArray("installed before"));
         QVERIFY(page->progress->isHidden());
@@ -486,79 +406,51 @@ private slots:
         QCOMPARE(wizard->currentId(), 1);
     }
 
-    void updatePageSubfolderRefused_data()
-    {
-        QTest::addColumn<QString>("file");   // written in the way, below the machine folder
-        QTest::addColumn<QString>("home");   // the program's folder of the run
-        QTest::newRow("program folder is a file") << "plainfile" << "plainfile";
-        QTest::newRow("a file of the version folder's name") << "program/14.0.10" << "program";
-    }
-    void updatePageSubfolderRefused()
-    {
-        QFETCH(QString, file);
-        QFETCH(QString, home);
-        machine->write(file, "not a folder");
-        setProgramFolder(machine->folder() + QLatin1Char('/') + home);
-        auto wizard = updateWizardAsking(QStringLiteral("plain"));
-        QVERIFY(wizard);
-        QTRY_VERIFY_WITH_TIMEOUT(!wizard->updatePage->statusLabel->isHidden(), 30000);
-        QCOMPARE(wizard->updatePage->statusLabel->text(),
-                 QStringLiteral("<font color=red><b>Error:</b></font> Unable to create subfolder <b>14.0.10</b> in "
-                                "application's home directory:<br> <b>%1</b>")
-                     .arg(machine->folder() + QLatin1Char('/') + home));
-        QCOMPARE(machine->read(file), QByteArray("not a folder"));
-        QCOMPARE(filesBelow(program), QStringList(home == QLatin1String("program") ? QStringList{"14.0.10"} : QStringList()));
-    }
-
-    // Downloads held by the server: the page while the bytes come, and what lands on disk.
+    // Downloads, most held by the server: the page while the bytes come, and what lands on disk
+    // (the setup allocated at its full size, the bytes that came, zeros after a reset).
     void updatePageDownload_data()
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("size");
-        QTest::newRow("several chunks") << "chunks" << "setup.exe" << 3072;
-        QTest::newRow("reset in the middle") << "reset" << "setup.exe" << 4096;
-        QTest::newRow("reply that never ends, ended by the test") << "forever" << "setup.exe" << 1048576;
-        QTest::newRow("backslashes in the name stay in the folder") << "dotdot" << "escaped.exe" << 100;
-        QTest::newRow("drive letter in the name stays in the folder") << "drive" << "escaped.exe" << 100;
-        QTest::newRow("0-byte setup") << "zero" << "setup.exe" << 0;
+        QTest::addColumn<int>("releases");   // of the server's gate, each after a part arrived
+        QTest::addColumn<int>("received");   // bytes of the server's pattern; -1: not compared
+        QTest::newRow("several chunks") << "chunks" << "setup.exe" << 3072 << 2 << 3072;
+        QTest::newRow("reset in the middle") << "reset" << "setup.exe" << 4096 << 1 << 2048;
+        QTest::newRow("reply that never ends, ended by the test") << "forever" << "setup.exe" << 1048576 << 1 << -1;
+        QTest::newRow("a name that tries to leave the folder stays in it") << "dotdot" << "escaped.exe" << 100 << 0 << 100;
+        QTest::newRow("0-byte setup") << "zero" << "setup.exe" << 0 << 0 << 0;
     }
     void updatePageDownload()
     {
         QFETCH(QString, scenario);
         QFETCH(QString, name);
         QFETCH(int, size);
+        QFETCH(int, releases);
+        QFETCH(int, received);
         machine->write(QStringLiteral("program/escaped.exe"), "installed before");
         auto wizard = updateWizardAsking(scenario);
         QVERIFY(wizard);
         UpdatePage *page = wizard->updatePage;
         const QString path = version10Folder() + QLatin1Char('/') + name;
-        const bool held = scenario == QLatin1String("chunks") || scenario == QLatin1String("reset")
-                          || scenario == QLatin1String("forever");
-        if (held) {
-            QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > 33, 30000);
-            QVERIFY(page->infoLabel->text().startsWith(QStringLiteral("Downloading %1/setup/").arg(server.base())));
+        const QString downloading = QStringLiteral("Downloading %1/setup/").arg(server.base());
+        int seen = 1;   // the bar starts at 1
+        for (int i = 0; i < releases; ++i) {
+            QTRY_VERIFY_WITH_TIMEOUT(page->infoLabel->text().startsWith(downloading) && page->progress->value() > seen, 30000);
+            seen = page->progress->value();
             QVERIFY(!wizard->button(QWizard::BackButton)->isEnabled());
             QVERIFY(!page->progress->isHidden());
             QCOMPARE(page->progress->maximum(), size);
             QCOMPARE(QFileInfo(path).size(), qint64(size));   // allocated before the first byte
-            QVERIFY(!page->validatePage());
-            if (scenario == QLatin1String("forever")) {
-                const int seen = page->progress->value();
+            if (received < 0)   // the reply that never ends keeps coming
                 QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > seen, 30000);
-                QVERIFY(!page->validatePage());
-            }
+            QVERIFY(!page->validatePage());
             server.release(scenario);
-            if (scenario == QLatin1String("chunks")) {
-                QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() >= 2048, 30000);
-                server.release(scenario);
-            }
         }
         QVERIFY(waitForInfo(page, QStringLiteral("Downloaded to ")));
         QCOMPARE(page->infoLabel->text(), QStringLiteral("Downloaded to ") + path);
         QCOMPARE(page->statusLabel->text(), QStringLiteral("Installing..."));
         QCOMPARE(page->progress->value(), 1);
-        QCOMPARE(QFileInfo(path).size(), qint64(size));
         QCOMPARE(getUpdateField(0, VersionField), QStringLiteral("14.0.10"));
         QCOMPARE(getUpdateField(0, SetupField), path);
         QCOMPARE(getUpdateField(0, TitleField), QStringLiteral("Title"));
@@ -567,24 +459,25 @@ private slots:
         files.sort();
         QCOMPARE(filesBelow(program), files);
         QCOMPARE(machine->read(QStringLiteral("program/escaped.exe")), QByteArray("installed before"));
+        const QByteArray bytes = machine->read(QStringLiteral("program/14.0.10/") + name);
+        QCOMPARE(bytes.size(), size);
+        for (int i = 0; i < received; ++i)
+            QCOMPARE(quint8(bytes.at(i)), quint8((i * 7 + 3) % 256));
+        QCOMPARE(bytes.mid(qMax(received, 0)).count('\0'), received < 0 ? size : size - received);
     }
 
+    // A setup of the version already on disk: Yes runs it, No downloads it again, Cancel closes.
     void updatePageQuestion_data()
     {
         QTest::addColumn<int>("answer");
-        QTest::addColumn<QString>("info");
-        QTest::addColumn<bool>("open");
-        QTest::newRow("Yes runs the setup on disk") << int(QMessageBox::Yes) << "Downloaded to " << true;
-        QTest::newRow("No downloads it again") << int(QMessageBox::No) << "Downloaded to " << true;
-        QTest::newRow("Cancel closes the wizard") << int(QMessageBox::Cancel) << "Allocating" << false;
+        QTest::newRow("Yes runs the setup on disk") << int(QMessageBox::Yes);
+        QTest::newRow("No downloads it again") << int(QMessageBox::No);
+        QTest::newRow("Cancel closes the wizard") << int(QMessageBox::Cancel);
     }
     void updatePageQuestion()
     {
         QFETCH(int, answer);
-        QFETCH(QString, info);
-        QFETCH(bool, open);
         const QString path = version10Folder() + QLatin1Char('/') + probeName;
-        QVERIFY(QDir().mkpath(version10Folder()));
         machine->write(QStringLiteral("program/14.0.10/") + probeName, "kept from before");
         BoxAnswer box;
         answerNextBox(QMessageBox::StandardButton(answer), &box);
@@ -596,16 +489,14 @@ private slots:
                                           "<b>%1</b><br><br>Do you want to execute it <b>[Yes]</b> or download it "
                                           "again <b>[No]</b>?")
                                .arg(path));
+        const bool open = answer != QMessageBox::Cancel;
         if (open)
-            QVERIFY(waitForInfo(wizard->updatePage, info));
+            QVERIFY(waitForInfo(wizard->updatePage, QStringLiteral("Downloaded to ")));
         QCOMPARE(wizard->isVisible(), open);
-        QCOMPARE(wizard->updatePage->infoLabel->text().startsWith(info), open);
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray kept = file.readAll();
-        QCOMPARE(kept == "kept from before", answer != QMessageBox::No);
-        if (answer == QMessageBox::No)
-            QCOMPARE(kept.size(), int(QFileInfo(QStringLiteral(KELPIE_PROBE_PATH)).size()));
+        QFile probe(QStringLiteral(KELPIE_PROBE_PATH));
+        QVERIFY(probe.open(QIODevice::ReadOnly));
+        QCOMPARE(machine->read(QStringLiteral("program/14.0.10/") + probeName),
+                 answer == QMessageBox::No ? probe.readAll() : QByteArray("kept from before"));
     }
 
     // The installer's run on both working pages: polled once a second, then its exit code.
@@ -656,7 +547,6 @@ private slots:
         std::unique_ptr<UpdateWizard> wizard;
         QProcess *process = nullptr;
         QProgressBar *progress = nullptr;
-        const char *poll = "InstallProgress";
         QObject *page = nullptr;
         if (rollback) {
             setUpdateEndpoint(server.endpoint(QStringLiteral("same")));
@@ -666,17 +556,13 @@ private slots:
             welcome->tree->setCurrentIndex(welcome->tree->model()->index(0, 0));
             QMetaObject::invokeMethod(welcome, "enableRollbacks");
             welcome->rollbackCheckBox->setChecked(true);
-            QCOMPARE(wizard->button(QWizard::NextButton)->text(), QStringLiteral("Next"));
             wizard->next();
             QCOMPARE(wizard->currentId(), 2);
-            RollbackPage *rollbackPage = wizard->rollbackPage;
-            QCOMPARE(rollbackPage->setupPath, kept);
-            rollbackPage->button->click();
-            QVERIFY(rollbackPage->button->isHidden());
-            QCOMPARE(rollbackPage->infoLabel->text(), QStringLiteral("Source: ") + kept);
-            process = &rollbackPage->process;
-            progress = rollbackPage->progress;
-            page = rollbackPage;
+            wizard->rollbackPage->button->click();
+            QCOMPARE(wizard->rollbackPage->infoLabel->text(), QStringLiteral("Source: ") + kept);
+            process = &wizard->rollbackPage->process;
+            progress = wizard->rollbackPage->progress;
+            page = wizard->rollbackPage;
         } else {
             QVERIFY(placeProbe(fresh));
             BoxAnswer box;
@@ -690,13 +576,13 @@ private slots:
         }
         QCOMPARE(progress->value(), 1);
         QVERIFY(process->waitForStarted(30000));
-        QMetaObject::invokeMethod(page, poll);
+        QMetaObject::invokeMethod(page, "InstallProgress");
         QCOMPARE(progress->value(), 4);
         QCOMPARE(wizard->currentId(), rollback ? 2 : 1);
         // A setup found on disk skips the download, and with it the showing of the bar.
         QCOMPARE(progress->isHidden(), !rollback);
         QVERIFY(process->waitForFinished(30000));
-        QMetaObject::invokeMethod(page, poll);
+        QMetaObject::invokeMethod(page, "InstallProgress");
         QCOMPARE(progress->value(), 100);
         QCOMPARE(wizard->currentId(), 3);
         QCOMPARE(wizard->finishPage->label->text(),
@@ -705,10 +591,8 @@ private slots:
 
         QFile log(machine->folder() + QStringLiteral("/probe.log"));
         QVERIFY(log.open(QIODevice::ReadOnly));
-        const QStringList line = QString::fromUtf8(log.readAll()).trimmed().split(QLatin1Char('\t'));
-        QCOMPARE(line.size(), 3);
-        QVERIFY2(line.at(1).endsWith(switches), qPrintable(line.at(1)));
-        QVERIFY2(line.at(1).contains(probeName), qPrintable(line.at(1)));
+        const QString commandLine = QString::fromUtf8(log.readAll()).split(QLatin1Char('\t')).value(1);
+        QVERIFY2(commandLine.contains(probeName) && commandLine.endsWith(switches), qPrintable(commandLine));
     }
 
     void rollbackRows_data()
@@ -738,9 +622,8 @@ private slots:
             setUpdateField(n, VersionField, versions[n]);
             setUpdateField(n, SetupField, setup);
         }
-        setUpdateEndpoint(UpdateServer::refusedEndpoint());
+        setUpdateEndpoint(server.endpoint(QString()));
         UpdateWizard wizard(0, productName);
-        QSignalSpy picked(wizard.welcomePage, &WelcomePage::Rollback);
         RollbackPage *page = wizard.rollbackPage;
         QTreeView *tree = wizard.welcomePage->tree;
         auto pick = [&](const QString &v) {
@@ -753,7 +636,6 @@ private slots:
         QVERIFY(page->button->isHidden());
         pick(version);
         QVERIFY(wizard.welcomePage->rollbackCheckBox->isEnabled());
-        QCOMPARE(picked.last().at(0).toInt(), versionToBuild(version));
         QCOMPARE(page->rollbackTo, versionToBuild(version));
         QCOMPARE(page->button->isHidden(), button.isEmpty());
         if (!button.isEmpty())

@@ -50,9 +50,7 @@ private slots:
         QVERIFY2(walk.ok, qPrintable(QString::number(walk.lastError)));
         // Every record's own class GUID, formatted as the inventory does, is its class property.
         int compared = 0;
-        bool net = false;
         for (const NetDeviceRecord &d : walk.devices) {
-            net = net || d.className.toUpper() == QLatin1String("NET");
             if (d.classGuid.isEmpty())
                 continue;
             const QUuid record(d.guidData1, d.guidData2, d.guidData3, d.guidData4[0], d.guidData4[1],
@@ -67,8 +65,6 @@ private slots:
         }
         if (!compared)
             QSKIP("The system lists no present device with a class GUID (Wine without devices).");
-        if (!net)
-            qInfo("No device of class Net: Wine keeps no network adapter devices.");
     }
 
     void machineSubkeys()
@@ -89,14 +85,11 @@ private slots:
             QSKIP("HKEY_LOCAL_MACHINE cannot be written by this user.");
         RegStringRead r = win.machineString(testKey, QStringLiteral("Fits"), 520);
         QVERIFY(r.opened);
-        QCOMPARE(r.result, 0u);
-        QCOMPARE(r.type, 1u);
-        QCOMPARE(r.data.size(), 520);
+        QCOMPARE((QList<quint32>{r.result, r.type, quint32(r.data.size())}), (QList<quint32>{0, 1, 520}));
         r = win.machineString(testKey, QStringLiteral("Long"), 520);
         QCOMPARE(r.result, 234u);   // ERROR_MORE_DATA
         QVERIFY(r.data.isEmpty());
-        r = win.machineString(testKey, QStringLiteral("Missing"), 520);
-        QCOMPARE(r.result, 2u);
+        QCOMPARE(win.machineString(testKey, QStringLiteral("Missing"), 520).result, 2u);
         QVERIFY(!win.machineString(testKey + QStringLiteral("\\No"), QStringLiteral("Fits"), 520).opened);
     }
 

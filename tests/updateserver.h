@@ -47,8 +47,18 @@ public:
     }
 
     QString base() const { return QStringLiteral("http://127.0.0.1:%1").arg(port); }
-    // The endpoint of a fixture folder: its requests land in fixtures/<scenario>/.
-    QString endpoint(const QString &scenario) const { return base() + QLatin1Char('/') + scenario; }
+    // The endpoint of a fixture folder: its requests land in fixtures/<scenario>/. No scenario:
+    // an address where nothing listens, a port just given up.
+    QString endpoint(const QString &scenario) const
+    {
+        if (!scenario.isEmpty())
+            return base() + QLatin1Char('/') + scenario;
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost, 0);
+        const quint16 free = probe.serverPort();
+        probe.close();
+        return QStringLiteral("http://127.0.0.1:%1/down").arg(free);
+    }
     // Lets a reply held by gate=<key> go on; waits for the server's answer.
     void release(const QString &key) const
     {
@@ -60,16 +70,6 @@ public:
         loop.exec();
         delete reply;
     }
-    // An address where nothing listens: a port just given up.
-    static QString refusedEndpoint()
-    {
-        QTcpServer probe;
-        probe.listen(QHostAddress::LocalHost, 0);
-        const quint16 free = probe.serverPort();
-        probe.close();
-        return QStringLiteral("http://127.0.0.1:%1/down").arg(free);
-    }
-
     int port = 0;
     QString error;
 

@@ -1,7 +1,8 @@
 #include "shelllink.h"
 
+#include "replacefile.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <QTextCodec>
 #include <QtEndian>
 
@@ -413,6 +414,9 @@ bool read(const QByteArray &data, Link *link)
         } else {
             *s.field = fromAnsi(QByteArray(reinterpret_cast<const char *>(p), count));
         }
+        // Some writers count the terminator in.
+        while (s.field->endsWith(QChar(0)))
+            s.field->chop(1);
     }
 
     // Extra data runs to a terminal block; a damaged tail is dropped, the rest stands.
@@ -535,11 +539,7 @@ bool readFile(const QString &path, Link *link)
 
 bool writeFile(const QString &path, const Link &link)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(write(link));
-    return file.commit();
+    return replaceFileContent(path, write(link));
 }
 
 } // namespace shelllink

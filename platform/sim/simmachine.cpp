@@ -91,6 +91,11 @@ QString SimMachineFacts::value(const QString &section, const QString &key,
     return k == s->constEnd() ? fallback : k.value();
 }
 
+bool SimMachineFacts::flag(const QString &section, const QString &key, bool fallback) const
+{
+    return boolOf(value(section, key), fallback);
+}
+
 SimVolume SimMachineFacts::volume(QChar letter) const
 {
     return volumes.value(letter.toUpper());
@@ -209,6 +214,16 @@ SimMachineFacts SimMachineFacts::fromIni(const QByteArray &content)
         const quint32 part = k.value(QStringLiteral("partition")).toUInt(&okPart);
         if (okPart)
             v.partitionNumber = part;
+        v.present = boolOf(k.value(QStringLiteral("present")), true);
+        v.readOnly = boolOf(k.value(QStringLiteral("readonly")), false);
+        bool okFree = false;
+        const qint64 free = k.value(QStringLiteral("freebytes")).toLongLong(&okFree);
+        if (okFree && free >= 0)
+            v.freeBytes = free;
+        v.answersGeometry = boolOf(k.value(QStringLiteral("answersgeometry")), true);
+        v.answersPartition = boolOf(k.value(QStringLiteral("answerspartition")), true);
+        v.answersDescriptor = boolOf(k.value(QStringLiteral("answersdescriptor")), true);
+        v.revision = k.value(QStringLiteral("revision"));
         f.volumes.insert(letter, v);
     }
     return f;

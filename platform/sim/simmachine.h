@@ -21,6 +21,14 @@ struct SimVolume {
     quint32 deviceType = win32::fileDeviceDisk;
     quint32 diskNumber = 0;
     quint32 partitionNumber = 1;
+    // The stick and its disk, for the list of removable volumes and the save to it.
+    bool present = true;         // 0: the volume has vanished (no letter, nothing reachable)
+    bool readOnly = false;       // writes, new folders and deletions fail
+    qint64 freeBytes = 2147483648LL;   // what QStorageInfo reports; writes that need more fail
+    bool answersGeometry = true;       // the physical disk's IOCTLs
+    bool answersPartition = true;
+    bool answersDescriptor = true;     // the storage property query
+    QString revision;
 };
 
 struct SimMachineFacts {
@@ -48,5 +56,7 @@ struct SimMachineFacts {
 
     QString value(const QString &section, const QString &key,
                   const QString &fallback = QString()) const;
+    // A yes/no fact (1/0, true/false, yes/no, on/off); fallback when missing or unreadable.
+    bool flag(const QString &section, const QString &key, bool fallback) const;
     SimVolume volume(QChar letter) const;
 };

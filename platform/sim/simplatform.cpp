@@ -113,6 +113,12 @@ const SimMachineFacts &SimPlatform::currentFacts() const
     if (!m_factsLoaded || stamp != m_factsStamp || !m_factsStamp.settled()) {
         QFile f(path);
         const QByteArray content = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        m_factsStamp = stamp;
+        // The same text keeps the facts in place: callers hold references across path lookups,
+        // which look at the facts themselves.
+        if (m_factsLoaded && content == m_factsContent)
+            return m_facts;
+        m_factsContent = content;
         const DisplayMode before = m_facts.currentMode;
         m_facts = SimMachineFacts::fromIni(content);
         m_factsStamp = stamp;

@@ -69,6 +69,18 @@ public:
     quint32 logicalDrives() override;
     bool volumeReady(QChar letter) override;
     DeviceNumberAnswer deviceNumber(QChar letter) override;
+    bool volumeOpens(const QString &volumeName) override;
+    DeviceNumberAnswer volumeDeviceNumber(const QString &volumeName) override;
+    PhysicalDriveAnswer physicalDrive(quint32 number) override;
+    StorageDescriptorAnswer storageDescriptor(const QString &volumeName) override;
+    VolumeSpace volumeSpace(QChar letter) override;
+    bool saveFile(const QString &path, const QByteArray &content) override;
+    bool makeFolder(const QString &path) override;
+    bool removeFile(const QString &path) override;
+    void prepareShellLinks() override;
+    ShortcutAnswer readShortcut(const QString &path) override;
+    bool writeShortcut(const QString &path, const QString &target,
+                       const QString &workingDirectory) override;
     ShellResult shellExecute(const QString &verb, const QString &file, const QString &parameters,
                              int show) override;
     MemoryStatus memoryStatus() override;
@@ -89,6 +101,18 @@ public:
     void removeKeyboardHook() override;
     NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) override;
     void setMessageSink(std::function<void(const NativeMessage &)> sink) override;
+    // shell objects, extended execution, time zone and local time (simplatform_shell.cpp)
+    QImage shellIcon(const QString &path) override;
+    ShellExecuteExResult shellExecuteEx(const ShellExecuteRequest &request) override;
+    bool localTime(SystemTime *time) override;
+    bool setLocalTime(const SystemTime &time) override;
+    quint32 timeZoneInformation(TimeZoneInfo *zone) override;
+    bool setTimeZoneInformation(const TimeZoneInfo &zone) override;
+
+    // The kind of file whose icon the shell shows for a name, as the simulated shell tells it:
+    // "application", "script", "text", "settings", "registry", "image", "web", "driver",
+    // "library", "archive", "disk", or "file" for anything else.
+    static QString iconKind(const QString &fileName);
 
     // The answer of the shell execution service for a file, without journalling it.
     ShellResult startAnswer(const QString &file) const;
@@ -117,6 +141,14 @@ private:
     // The entry of folder named name, or else the first in name order that matches ignoring case.
     QString entryIgnoringCase(const QString &folder, const QString &name) const;
     void deliverInboxLine(const QString &line);
+    // Sets keys of one section of machine.ini, keeping every other line as it stands; written
+    // through a temporary file and a rename.
+    bool writeMachineIni(const QString &section, const QList<QPair<QString, QString>> &values);
+    // The drive a drive path lies on (the working directory's for a path without a letter).
+    QChar driveOf(const QString &path) const;
+    // Whether the shell may write `growth` more bytes on the drive of path; counts them if so.
+    bool writable(const QString &path, qint64 growth);
+    qint64 freeBytes(QChar letter) const;
     // What a started program leaves behind on the drives, as machine.ini's [start.<name>] says.
     void leaveBehind(const QString &file);
     void startInboxWatch();
@@ -127,6 +159,7 @@ private:
 
     mutable SimMachineFacts m_facts;
     mutable FileStamp m_factsStamp;
+    mutable QByteArray m_factsContent;
     mutable bool m_factsLoaded = false;
     mutable bool m_workAreaSet = false;
     WorkArea m_workArea;
@@ -144,6 +177,10 @@ private:
 
     QStringList m_journal;
     QHash<QString, int> m_startCounts;   // lower-case file name -> starts so far
+
+    // Bytes the shell has written on each drive since machine.ini was last read.
+    mutable QHash<QChar, qint64> m_consumed;
+    mutable FileStamp m_consumedStamp;
 
     QHash<int, QPair<quint32, quint32>> m_hotKeys;   // id -> (modifiers, vk)
     std::function<bool(const KeyHookEvent &)> m_hook;

@@ -36,6 +36,9 @@ QString SimPlatform::entryIgnoringCase(const QString &folder, const QString &nam
 
 QString SimPlatform::driveFolder(QChar letter) const
 {
+    // A vanished volume keeps its files in drives/, out of the shell's reach.
+    if (!currentFacts().volume(letter).present)
+        return m_root + QStringLiteral("/vanished/") + letter.toUpper();
     const QString name = entryIgnoringCase(m_root + QStringLiteral("/drives"), QString(letter.toUpper()));
     return m_drivesPrefix + (name.isEmpty() ? QString(letter.toUpper()) : name);
 }

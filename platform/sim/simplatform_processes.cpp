@@ -101,7 +101,7 @@ ShellResult SimPlatform::startAnswer(const QString &file) const
             if (!present(fi))
                 continue;
             shelllink::Link link;
-            if (fi.isFile() && fi.suffix().compare(QLatin1String("lnk"), Qt::CaseInsensitive) == 0
+            if (!fi.isDir() && fi.suffix().compare(QLatin1String("lnk"), Qt::CaseInsensitive) == 0
                 && shelllink::readFile(fi.filePath(), &link) && !link.target.isEmpty()) {
                 // A shortcut starts its target; one that points at another shortcut stops there.
                 const QString target = link.target;

@@ -16,7 +16,7 @@ quint32 SimPlatform::logicalDrives()
         if (e.size() != 1)
             continue;
         const ushort c = e[0].toUpper().unicode();
-        if (c >= 'A' && c <= 'Z')
+        if (c >= 'A' && c <= 'Z' && currentFacts().volume(e[0]).present)
             mask |= 1u << (c - 'A');
     }
     return mask;

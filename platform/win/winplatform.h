@@ -40,6 +40,20 @@ public:
     bool volumeReady(QChar letter) override;
     DeviceNumberAnswer deviceNumber(QChar letter) override;
 
+    // win_volumes.cpp
+    bool volumeOpens(const QString &volumeName) override;
+    DeviceNumberAnswer volumeDeviceNumber(const QString &volumeName) override;
+    PhysicalDriveAnswer physicalDrive(quint32 number) override;
+    StorageDescriptorAnswer storageDescriptor(const QString &volumeName) override;
+    VolumeSpace volumeSpace(QChar letter) override;
+    bool saveFile(const QString &path, const QByteArray &content) override;
+    bool makeFolder(const QString &path) override;
+    bool removeFile(const QString &path) override;
+    void prepareShellLinks() override;
+    ShortcutAnswer readShortcut(const QString &path) override;
+    bool writeShortcut(const QString &path, const QString &target,
+                       const QString &workingDirectory) override;
+
     ShellResult shellExecute(const QString &verb, const QString &file,
                              const QString &parameters, int show) override;
 
@@ -62,6 +76,14 @@ public:
     void removeKeyboardHook() override;
     NativeMessage decodeNativeMessage(const QByteArray &eventType, void *message) override;
     void setMessageSink(std::function<void(const NativeMessage &)> sink) override;
+
+    // shell objects, extended execution, time zone and local time (win_shell.cpp)
+    QImage shellIcon(const QString &path) override;
+    ShellExecuteExResult shellExecuteEx(const ShellExecuteRequest &request) override;
+    bool localTime(SystemTime *time) override;
+    bool setLocalTime(const SystemTime &time) override;
+    quint32 timeZoneInformation(TimeZoneInfo *zone) override;
+    bool setTimeZoneInformation(const TimeZoneInfo &zone) override;
 
 private:
     // Kept only so the interface is honoured: on Windows every message arrives via nativeEvent.

@@ -1,0 +1,63 @@
+#include "envinit.h"
+
+#include <QIODevice>
+
+namespace envinit {
+
+namespace {
+
+const char *const wpeutilKeys[] = {"SetMuiLanguage=", "SetUserLocale=", "SetKeyboardLayout="};
+
+} // namespace
+
+qint32 biasOf(const QString &value)
+{
+    bool ok = false;
+    qint64 v = value.toInt(&ok);
+    if (!ok)
+        v = 0;
+    return qint32(quint32(quint64((12 - v) * 60)));
+}
+
+QList<Step> read(QIODevice *device)
+{
+    QList<Step> steps;
+    while (!device->atEnd()) {
+        QByteArray bytes = device->readLine(longestLine + 1);
+        if (bytes.isEmpty())
+            break;   // a read error: what was read so far counts
+        if (bytes.size() >= longestLine && !bytes.endsWith('\n')) {
+            while (!device->atEnd()) {
+                const QByteArray rest = device->readLine(longestLine + 1);
+                if (rest.isEmpty() || rest.endsWith('\n'))
+                    break;
+            }
+            continue;
+        }
+        bytes.replace('\n', QByteArray()).replace('\r', QByteArray());
+        QString line = QString::fromUtf8(bytes);
+
+        const QString zoneKey = QStringLiteral("TimeZone=");
+        if (line.contains(zoneKey)) {
+            line.remove(zoneKey);
+            Step s;
+            s.kind = Step::TimeZone;
+            s.bias = biasOf(line);
+            steps.append(s);
+        }
+        for (const char *key : wpeutilKeys) {
+            const QString k = QLatin1String(key);
+            if (!line.contains(k))
+                continue;
+            line.remove(k);
+            Step s;
+            s.kind = Step::Wpeutil;
+            // The key without its "=", then one blank, then the value.
+            s.arguments = k.left(k.size() - 1) + QLatin1Char(' ') + line;
+            steps.append(s);
+        }
+    }
+    return steps;
+}
+
+} // namespace envinit

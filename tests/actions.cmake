@@ -1,0 +1,1 @@
+kelpie_test(actions kelpie_core kelpie_resources)

@@ -1,0 +1,1 @@
+kelpie_test(roundtrip kelpie_core kelpie_resources)

@@ -1,0 +1,1 @@
+kelpie_test(settings kelpie_settings Qt5::Widgets)

@@ -1,0 +1,191 @@
+// The circle the medium exists for, on the demo machine: customise, turn off, save to the stick,
+// boot again with a fresh RAM drive and the same stick, find everything back.
+
+#include "actions/turn_off_widget.h"
+#include "desktop/dektopwidget.h"
+#include "my_shell1/globals.h"
+#include "my_shell1/my_shell1.h"
+#include "my_shell1/startup.h"
+#include "settings/savechangingdialog.h"
+#include "modalwatch.h"
+#include "testmachine.h"
+#include "testmain.h"
+
+#include <QRegularExpression>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDirIterator>
+#include <QSignalSpy>
+#include <QTreeWidget>
+
+namespace {
+
+const QString desktop = QStringLiteral("drives/X/Users/Default/Desktop/");
+const QString menu = QStringLiteral("drives/X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
+
+void copyTree(const QString &from, const QString &to)
+{
+    // Shortcuts count as files: on Windows the toolkit would take them for links to follow.
+    QDirIterator it(from, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString source = it.next();
+        const QString target = to + source.mid(from.size());
+        if (it.fileInfo().isDir() && !it.fileInfo().isSymLink()) {
+            QVERIFY(QDir().mkpath(target));
+            continue;
+        }
+        QFile in(source), out(target);
+        QVERIFY(in.open(QIODevice::ReadOnly) && out.open(QIODevice::WriteOnly));
+        QCOMPARE(out.write(in.readAll()), in.size());
+    }
+}
+
+// Boots the machine folder as the process does, up to the running panel; the start-up chain is
+// held back and the slow tick's network step runs until the adapters are known.
+struct Boot {
+    explicit Boot(TestMachine &m)
+    {
+        resetGlobals();
+        m.sim = new SimPlatform(m.folder());
+        setPlatform(m.sim);
+        prepareShell(*qApp);
+        shell.reset(new my_shell1);
+        shell->initTimer->stop();
+        shell->show();
+        for (int tick = 0; tick < 5; ++tick)
+            shell->networkStep();
+    }
+    std::unique_ptr<my_shell1> shell;
+};
+
+struct SaveSeen {
+    bool shown = false;
+    QStringList boxes;       // checked boxes
+    QStringList volumes;     // rows of the volume list
+    QString current;
+    QString startMenuText, desktopText, networkText;
+};
+
+} // namespace
+
+class RoundTripTest : public QObject {
+    Q_OBJECT
+private slots:
+    void savedOnOneBootFoundOnTheNext();
+};
+
+void RoundTripTest::savedOnOneBootFoundOnTheNext()
+{
+    TestMachine m;
+    copyTree(QStringLiteral(KELPIE_SOURCE_DIR "/demo/machine"), m.folder());
+    m.write(QStringLiteral("drives/C/Tools/Tool.exe"), "MZ");
+    const QByteArray stickIniBefore = m.read("drives/E/_kelpie.ini");
+
+    // --- first boot: the technician adds two shortcuts and another static address ---
+    {
+        Boot boot(m);
+        QVERIFY(winPeMode);
+        QCOMPARE(bootLetter, QStringLiteral("E"));
+        m.addShortcut(desktop + QStringLiteral("Tool.lnk"), QStringLiteral("C:\\Tools\\Tool.exe"), QStringLiteral("C:\\Tools"));
+        m.addShortcut(menu + QStringLiteral("Kit/Disk Kit.lnk"), QStringLiteral("X:\\Program Files\\kelpie\\Tools\\DiskEditor.exe"));
+        m.write(QStringLiteral("machine.ini"),
+                     m.read("machine.ini").replace("address=192.168.1.50/", "address=192.168.1.77/"));
+
+        SaveSeen seen;
+        whenModal<saveChangingDialog>([&](saveChangingDialog *d) {
+            seen.shown = true;
+            for (const char *name : {"checkBox", "checkBox_2", "checkBox_3", "checkBox_4"}) {
+                QCheckBox *b = formWidget<QCheckBox>(*d, name);
+                if (b->isChecked())
+                    seen.boxes << b->text();
+            }
+            QTreeWidget *tree = formWidget<QTreeWidget>(*d, "treeWidget");
+            for (int i = 0; i < tree->topLevelItemCount(); ++i)
+                seen.volumes << tree->topLevelItem(i)->text(0);
+            seen.current = tree->currentItem() ? tree->currentItem()->text(2) : QString();
+            seen.startMenuText = d->startMenuText;
+            seen.desktopText = d->desktopText;
+            seen.networkText = d->networkText;
+            whenModal<turn_off_widget>([](turn_off_widget *t) { formWidget<QPushButton>(*t, "pushButton_3")->click(); });
+            formWidget<QPushButton>(*d, "pushButton")->click();
+        });
+        QSignalSpy closeApp(boot.shell.get(), &my_shell1::closeApp);
+        boot.shell->turnOffAction->trigger();
+
+        QVERIFY(seen.shown);
+        QCOMPARE(seen.boxes, QStringList({"Network", "Start Menu", "Desktop"}));
+        QCOMPARE(seen.volumes, QStringList{"E: (KELPIE) on ACME FLASH DRIVE"});
+        QCOMPARE(seen.current, QStringLiteral("E"));
+        QCOMPARE(seen.startMenuText, QStringLiteral("Disk Kit.lnk\n"));
+        QCOMPARE(seen.desktopText, QStringLiteral("Tool.lnk\n"));
+        QCOMPARE(seen.networkText, QStringLiteral("Network: Connected\nIP Address: 192.168.1.77\nMask: 255.255.255.0\n"
+                                                  "DNS: 192.168.1.1\nGateway: 192.168.1.1\nWirewall: Off"));
+        // The locale file's own wpeutil starts came at boot; turning off adds exactly one.
+        QCOMPARE(m.journal().filter(QRegularExpression(QStringLiteral("wpeutil.exe\t(Shutdown|Reboot)"))),
+                 QStringList{"start\topen\twpeutil.exe\tShutdown\t0"});
+        QCOMPARE(closeApp.count(), 1);
+    }
+
+    // What the stick holds now: the boot file's settings, carried, with the network anew.
+    const QByteArray saved = m.read("drives/E/_kelpie.ini");
+    QCOMPARE(saved, QByteArray("imageLang=1033\r\nlang=en-US\r\ntmz=12\r\nnetwork=1\r\nfirewall=0\r\ntimeout=30\r\n"
+                               "screenRes=1024x768\r\nappRun=Zembra.exe\r\npwd=b64:c2VjcmV0\r\nbuild=2031"));
+    QVERIFY(stickIniBefore.contains("remDev=1") && !saved.contains("remDev"));
+    QCOMPARE(m.read("drives/E/_kelpieNet.ini"),
+             QByteArray("ipAdd=192.168.1.77\r\nipMask=255.255.255.0\r\nipDNS=192.168.1.1\r\nipGateway=192.168.1.1"));
+    QVERIFY(!m.read("drives/E/Desktop.1/Users/Default/Desktop/Tool.lnk").isEmpty());
+    QVERIFY(!m.read("drives/E/Start Menu.1/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Kit/Disk Kit.lnk")
+                 .isEmpty());
+
+    // --- second boot on another PC: a fresh RAM drive from the medium, the same stick, the
+    // Windows disk now D:, and the medium's tools have applied the saved address ---
+    QVERIFY(QDir(m.folder() + QStringLiteral("/drives/X")).removeRecursively());
+    QVERIFY(QDir(m.folder() + QStringLiteral("/drives")).mkdir(QStringLiteral("X")));
+    copyTree(QStringLiteral(KELPIE_SOURCE_DIR "/demo/machine/drives/X"), m.folder() + QStringLiteral("/drives/X"));
+    QVERIFY(QDir(m.folder() + QStringLiteral("/drives")).rename(QStringLiteral("C"), QStringLiteral("D")));
+    m.write(QStringLiteral("drives/X/tmpReg/startNetwork.log"),
+                 "bootLetter=E\r\nnetwork=1\r\nfirewall=0\r\n" + m.read("drives/E/_kelpieNet.ini"));
+    {
+        Boot boot(m);
+        QCOMPARE(savedVolumeLetter, QStringLiteral("E"));
+        // COM is ready on this thread before the restore reaches the shell link object.
+        const QStringList journal = m.journal();
+        const int com = journal.indexOf(QStringLiteral("com\tapartment"));
+        QVERIFY(com >= 0);
+        QVERIFY(com < journal.indexOf(QRegularExpression("shortcut\tx:.*")));
+        shelllink::Link tool, kit;
+        QVERIFY(shelllink::read(m.read(desktop + QStringLiteral("Tool.lnk")), &tool));
+        QCOMPARE(tool.target, QStringLiteral("D:\\Tools\\Tool.exe"));
+        QCOMPARE(tool.workingDirectory, QStringLiteral("D:\\Tools"));
+        QVERIFY(shelllink::read(m.read(menu + QStringLiteral("Kit/Disk Kit.lnk")), &kit));
+        QCOMPARE(kit.target, QStringLiteral("X:\\Program Files\\kelpie\\Tools\\DiskEditor.exe"));
+
+        // The desktop shows it and starts its program where it now lies.
+        boot.shell->desktop->refresh_Slot();
+        boot.shell->desktop->startLink(QStringLiteral("X:\\Users\\Default\\Desktop\\Tool.lnk"), QString());
+        QCOMPARE(m.journal().filter(QRegularExpression("^link\\t")),
+                 QStringList{"link\tX:\\Users\\Default\\Desktop\\Tool.lnk\tD:\\Tools\\Tool.exe\t\tD:\\Tools"});
+
+        // Nothing changed since this boot: no Save dialog, straight to the turn off question.
+        bool saveShown = false;
+        QPointer<QTimer> watch = whenModal<saveChangingDialog>([&](saveChangingDialog *d) {
+            saveShown = true;
+            d->reject();
+        });
+        bool turnOffShown = false;
+        whenModal<turn_off_widget>([&](turn_off_widget *t) {
+            turnOffShown = true;
+            formWidget<QPushButton>(*t, "pushButton")->click();
+        });
+        boot.shell->turnOffAction->trigger();
+        delete watch.data();
+        QVERIFY(turnOffShown);
+        QVERIFY(!saveShown);
+    }
+    QCOMPARE(m.read("drives/E/_kelpie.ini"), saved);
+}
+
+KELPIE_TEST_MAIN(RoundTripTest)
+#include "tst_roundtrip.moc"

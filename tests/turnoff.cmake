@@ -1,0 +1,1 @@
+kelpie_test(turnoff kelpie_core kelpie_resources)

@@ -1,0 +1,1 @@
+kelpie_test(usermenu kelpie_core kelpie_resources)
