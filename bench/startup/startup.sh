@@ -173,3 +173,4 @@ for g in gl nogl; do
         done
     done
 done
+exit 0
