@@ -107,14 +107,7 @@ QTreeWidget *tree(saveChangingDialog &d) { return d.findChild<QTreeWidget *>("tr
 
 NetworkCondition staticNet(const QString &address = "10.1.2.3")
 {
-    NetworkCondition n;
-    n.network = 1;
-    n.firewall = 1;
-    n.ipAdd = address;
-    n.ipMask = "255.0.0.0";
-    n.ipDNS = "10.0.0.1";
-    n.ipGateway = "10.0.0.254";
-    return n;
+    return {1, 1, 0, address, "255.0.0.0", "10.0.0.1", "10.0.0.254", {}};
 }
 
 } // namespace
@@ -124,19 +117,13 @@ class TestSettings : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void composer_data();
-    void composer();
-    void freeSpace_data();
-    void freeSpace();
-    void descriptorStrings_data();
-    void descriptorStrings();
+    void formats_data();
+    void formats();
     void volumeWalk_data();
     void volumeWalk();
     void groupsAndSaveButton();
     void filesASaveTouches_data();
     void filesASaveTouches();
-    void bootVolumeMissing_data();
-    void bootVolumeMissing();
     void nothingLostWhateverTheStickDoes_data();
     void nothingLostWhateverTheStickDoes();
     void restore_data();
@@ -147,82 +134,64 @@ private slots:
     void baseline();
 };
 
-void TestSettings::composer_data()
+// The pure formats: the saved _kelpie.ini, the free space text, the device name of a storage
+// descriptor; each row computes its text from its input.
+void TestSettings::formats_data()
 {
-    QTest::addColumn<QByteArray>("source");
-    QTest::addColumn<QString>("saved");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+    const auto composed = [](QByteArray source) {
+        QBuffer buffer(&source);
+        buffer.open(QIODevice::ReadOnly);
+        return composeKelpieSettings(readKelpieSettings(buffer));
+    };
     // Every key empty; build stands last, so a row's build value is appended.
     const QString none = "imageLang=\r\nlang=\r\ntmz=\r\nnetwork=\r\nfirewall=\r\ntimeout=\r\nscreenRes=\r\npwd=\r\nbuild=";
-    QTest::newRow("arg and remDev are dropped, build ends the file without a line end")
-        << bootIni
+    QTest::newRow("saved: arg and remDev are dropped, build ends the file without a line end")
+        << composed(bootIni)
         << "imageLang=1033\r\nlang=en-US\r\ntmz=12\r\nnetwork=1\r\nfirewall=0\r\ntimeout=30\r\nscreenRes=1024x768\r\n"
            "appRun=Zembra.exe\r\npwd=b64:c2VjcmV0\r\nbuild=2031";
-    QTest::newRow("a missing key is written empty, an empty appRun leaves its line out")
-        << QByteArray("imageLang=7\nappRun=\nbuild=1") << QString(none).replace("imageLang=", "imageLang=7") + "1";
-    QTest::newRow("a marker inside a value is filled by a later step")
-        << QByteArray("appRun=run%9\npwd=secret\nbuild=b")
+    QTest::newRow("saved: a missing key is written empty, an empty appRun leaves its line out")
+        << composed("imageLang=7\nappRun=\nbuild=1") << QString(none).replace("imageLang=", "imageLang=7") + "1";
+    QTest::newRow("saved: a marker inside a value is filled by a later step")
+        << composed("appRun=run%9\npwd=secret\nbuild=b")
         << QString(none).replace("pwd=", "appRun=runsecret\r\npwd=secret") + "b";
-    QTest::newRow("the second of two pwd lines is carried; keys stand at column 0, case counts")
-        << QByteArray("pwd=one\r\npwd=two\r\n lang=x\r\nLang=y\r\nlang =z\r\nimageLang=abc")
+    QTest::newRow("saved: the second of two pwd lines is carried; keys stand at column 0, case counts")
+        << composed("pwd=one\r\npwd=two\r\n lang=x\r\nLang=y\r\nlang =z\r\nimageLang=abc")
         << QString(none).replace("imageLang=", "imageLang=abc").replace("pwd=", "pwd=two");
-    QTest::newRow("binary junk gives empty values") << QByteArray("\x00\xff\xfe\x01\x02imageLang=1\x00\n\x80\x81", 18)
-                                                    << none;
+    QTest::newRow("saved: binary junk gives empty values")
+        << composed(QByteArray("\x00\xff\xfe\x01\x02imageLang=1\x00\n\x80\x81", 18)) << none;
     QByteArray utf16("\xff\xfe");
     for (char c : QByteArray("lang=de\r\n"))
         utf16.append(c).append('\0');
-    QTest::newRow("a UTF-16 file is not understood") << utf16 << none;
-    QTest::newRow("one line of 2 MB is passed over, the next still counts")
-        << QByteArray(2 << 20, 'x') + "\nbuild=5" << none + "5";
+    QTest::newRow("saved: a UTF-16 file is not understood") << composed(utf16) << none;
+    QTest::newRow("saved: one line of 2 MB is passed over, the next still counts")
+        << composed(QByteArray(2 << 20, 'x') + "\nbuild=5") << none + "5";
+
+    QTest::newRow("free: rounded, 1.5 GiB") << freeSpaceText(1610612736) << "2 GB";
+    QTest::newRow("free: exactly 1 GiB belongs to MB") << freeSpaceText(1073741824) << "1024 MB";
+    QTest::newRow("free: one byte above 1 GiB") << freeSpaceText(1073741825) << "1 GB";
+    QTest::newRow("free: exactly 1 MiB belongs to KB") << freeSpaceText(1048576) << "1024 KB";
+    QTest::newRow("free: one byte above 1 MiB") << freeSpaceText(1048577) << "1 MB";
+    QTest::newRow("free: 1024 bytes stay bytes") << freeSpaceText(1024) << "1024 bytes";
+    QTest::newRow("free: 1025 bytes are 1 KB") << freeSpaceText(1025) << "1 KB";
+    QTest::newRow("free: a stick larger than 32 bits") << freeSpaceText(qint64(128) * 1073741824) << "128 GB";
+
+    const auto name = [](const QByteArray &bytes) { return deviceNameOf(parseStorageDescriptor(bytes)); };
+    QTest::newRow("device: vendor and product, each trimmed") << name(descriptor(40, 48)) << "ACME FLASH";
+    QTest::newRow("device: vendor offset 28 is below the first string") << name(descriptor(28, 48)) << "FLASH";
+    QTest::newRow("device: offset 29 is the first that counts")
+        << name(descriptor(29, 48).replace(29, 3, QByteArray("AB\0", 3))) << "AB FLASH";
+    QTest::newRow("device: an offset at the bytes returned is invalid") << name(descriptor(40, 56)) << "ACME ";
+    QTest::newRow("device: a string cut by the bytes returned ends there") << name(descriptor(40, 48, 52)) << "ACME FLA";
+    QTest::newRow("device: fewer bytes than the offsets") << name(QByteArray(14, '\x28')) << "";
 }
 
-void TestSettings::composer()
+void TestSettings::formats()
 {
-    QFETCH(QByteArray, source);
-    QFETCH(QString, saved);
-    QBuffer buffer(&source);
-    buffer.open(QIODevice::ReadOnly);
-    QCOMPARE(composeKelpieSettings(readKelpieSettings(buffer)), saved);
-}
-
-void TestSettings::freeSpace_data()
-{
-    QTest::addColumn<qint64>("bytes");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("rounded: 1.5 GiB") << qint64(1610612736) << "2 GB";
-    QTest::newRow("exactly 1 GiB belongs to MB") << qint64(1073741824) << "1024 MB";
-    QTest::newRow("one byte above 1 GiB") << qint64(1073741825) << "1 GB";
-    QTest::newRow("exactly 1 MiB belongs to KB") << qint64(1048576) << "1024 KB";
-    QTest::newRow("one byte above 1 MiB") << qint64(1048577) << "1 MB";
-    QTest::newRow("1024 bytes stay bytes") << qint64(1024) << "1024 bytes";
-    QTest::newRow("1025 bytes are 1 KB") << qint64(1025) << "1 KB";
-    QTest::newRow("a stick larger than 32 bits") << qint64(128) * 1073741824 << "128 GB";
-}
-
-void TestSettings::freeSpace()
-{
-    QFETCH(qint64, bytes);
     QFETCH(QString, text);
-    QCOMPARE(freeSpaceText(bytes), text);
-}
-
-void TestSettings::descriptorStrings_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("vendor and product, each trimmed") << descriptor(40, 48) << "ACME FLASH";
-    QTest::newRow("vendor offset 28 is below the first string") << descriptor(28, 48) << "FLASH";
-    QTest::newRow("offset 29 is the first that counts")
-        << descriptor(29, 48).replace(29, 3, QByteArray("AB\0", 3)) << "AB FLASH";
-    QTest::newRow("an offset at the bytes returned is invalid") << descriptor(40, 56) << "ACME ";
-    QTest::newRow("a string cut by the bytes returned ends there") << descriptor(40, 48, 52) << "ACME FLA";
-    QTest::newRow("fewer bytes than the offsets") << QByteArray(14, '\x28') << "";
-}
-
-void TestSettings::descriptorStrings()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, name);
-    QCOMPARE(deviceNameOf(parseStorageDescriptor(bytes)), name);
+    QFETCH(QString, expected);
+    QCOMPARE(text, expected);
 }
 
 void TestSettings::volumeWalk_data()
@@ -317,23 +286,31 @@ void TestSettings::filesASaveTouches_data()
     QTest::addColumn<NetworkCondition>("now");
     QTest::addColumn<QStringList>("effects");
     QTest::addColumn<QByteArray>("kelpieIni");   // E:/_kelpie.ini afterwards
-    NetworkCondition dhcp;
-    dhcp.network = 1;
-    dhcp.dhcp = 1;
+    QTest::addColumn<QString>("bootLetter");
+    QTest::addColumn<QString>("message");        // title and text of a message box, if one is shown
+    const NetworkCondition dhcp{1, 0, 1, {}, {}, {}, {}, {}};
     const QStringList copies{"write E:\\Start Menu.1\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\Start Menu\\Programs\\Tools\\m.lnk",
                              "write E:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk"};
     const QStringList ini{"write E:/_kelpie.ini"};
     const QByteArray firewallOn = composedBootIni().replace("firewall=0", "firewall=1");
     QTest::newRow("start menu and desktop only: neither ini file is touched")
-        << false << QString() << staticNet() << copies << bootIni;
+        << false << QString() << staticNet() << copies << bootIni << "E" << "";
     QTest::newRow("display: _kelpie.ini with the new resolution")
-        << false << "1280x1024" << staticNet() << ini + copies << composedBootIni().replace("1024x768", "1280x1024");
+        << false << "1280x1024" << staticNet() << ini + copies << composedBootIni().replace("1024x768", "1280x1024")
+        << "E" << "";
     QTest::newRow("network, static: both ini files")
-        << true << QString() << staticNet() << ini + QStringList{"write E:/_kelpieNet.ini"} + copies << firewallOn;
+        << true << QString() << staticNet() << ini + QStringList{"write E:/_kelpieNet.ini"} + copies << firewallOn
+        << "E" << "";
     QTest::newRow("network by DHCP removes an old _kelpieNet.ini")
-        << true << QString() << dhcp << ini + QStringList{"remove E:/_kelpieNet.ini"} + copies << composedBootIni();
+        << true << QString() << dhcp << ini + QStringList{"remove E:/_kelpieNet.ini"} + copies << composedBootIni()
+        << "E" << "";
     QTest::newRow("a static address that is empty leaves the old _kelpieNet.ini")
-        << true << QString() << staticNet(QString()) << ini + copies << firewallOn;
+        << true << QString() << staticNet(QString()) << ini + copies << firewallOn << "E" << "";
+    QTest::newRow("boot volume without _kelpie.ini: a critical message, nothing stored")
+        << true << "1280x1024" << staticNet() << QStringList() << bootIni << "C"
+        << "Path not found|Cannot find boot media C:\\";
+    QTest::newRow("boot letter unknown") << true << QString() << staticNet() << QStringList() << bootIni << ""
+                                         << "Path not found|Cannot find boot media :\\";
 }
 
 void TestSettings::filesASaveTouches()
@@ -343,6 +320,8 @@ void TestSettings::filesASaveTouches()
     QFETCH(NetworkCondition, now);
     QFETCH(QStringList, effects);
     QFETCH(QByteArray, kelpieIni);
+    QFETCH(QString, bootLetter);
+    QFETCH(QString, message);
     TestMachine m;
     bootMachine(m);
     m.write("drives/E/_kelpieNet.ini", "ipAdd=old");
@@ -356,8 +335,17 @@ void TestSettings::filesASaveTouches()
     c.now = now;
     saveChangingDialog d;
     prepare(d, c, network, resolution);
+    d.bootLetter = bootLetter;
+    QString shown;
+    QPointer<QTimer> watch = whenModal<QMessageBox>([&](QMessageBox *b) {
+        shown = b->windowTitle() + '|' + b->text();
+        QCOMPARE(b->icon(), QMessageBox::Critical);
+        b->done(QMessageBox::Ok);
+    });
     button(d, "pushButton")->click();
+    delete watch.data();
 
+    QCOMPARE(shown, message);
     QCOMPARE(d.result(), int(QDialog::Accepted));
     QCOMPARE(fileEffects(m), effects);
     QCOMPARE(m.read("drives/E/_kelpie.ini"), kelpieIni);
@@ -365,41 +353,7 @@ void TestSettings::filesASaveTouches()
         QCOMPARE(m.read("drives/E/_kelpieNet.ini"), staticNetIni);
     // A shortcut of that name already saved stays the old one.
     QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/old.lnk"), QByteArray("saved before"));
-    QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/d.lnk"), QByteArray("desk"));
-}
-
-void TestSettings::bootVolumeMissing_data()
-{
-    QTest::addColumn<QString>("bootLetter");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("boot volume without _kelpie.ini") << "C" << "Cannot find boot media C:\\";
-    QTest::newRow("boot letter unknown") << "" << "Cannot find boot media :\\";
-}
-
-void TestSettings::bootVolumeMissing()
-{
-    QFETCH(QString, bootLetter);
-    QFETCH(QString, text);
-    TestMachine m;
-    bootMachine(m);
-    const auto before = filesBelow(m, "drives/E");
-    Changes c;
-    c.desktop = QStringList{"X:/Users/Default/Desktop/d.lnk"};
-    m.write(deskFolder + "d.lnk", "desk");
-    saveChangingDialog d;
-    prepare(d, c, false, QString());
-    d.bootLetter = bootLetter;
-    QString shown;
-    whenModal<QMessageBox>([&](QMessageBox *b) {
-        shown = b->windowTitle() + '|' + b->text();
-        QCOMPARE(b->icon(), QMessageBox::Critical);
-        b->done(QMessageBox::Ok);
-    });
-    d.on_pushButton_clicked();
-    QCOMPARE(shown, "Path not found|" + text);
-    QCOMPARE(d.result(), int(QDialog::Accepted));
-    QCOMPARE(fileEffects(m), QStringList());   // nothing stored, whatever the boxes said
-    QCOMPARE(filesBelow(m, "drives/E"), before);
+    QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/d.lnk"), effects.isEmpty() ? QByteArray() : "desk");
 }
 
 void TestSettings::nothingLostWhateverTheStickDoes_data()
