@@ -124,8 +124,6 @@ private slots:
     void groupsAndSaveButton();
     void filesASaveTouches_data();
     void filesASaveTouches();
-    void nothingLostWhateverTheStickDoes_data();
-    void nothingLostWhateverTheStickDoes();
     void restore_data();
     void restore();
     void retarget_data();
@@ -281,54 +279,74 @@ void TestSettings::groupsAndSaveButton()
 
 void TestSettings::filesASaveTouches_data()
 {
+    QTest::addColumn<QStringList>("target");     // keys of the target stick F:, the boot medium being E:
+    QTest::addColumn<bool>("vanish");            // F: goes between the listing and Save
     QTest::addColumn<bool>("network");
     QTest::addColumn<QString>("resolution");
     QTest::addColumn<NetworkCondition>("now");
-    QTest::addColumn<QStringList>("effects");
-    QTest::addColumn<QByteArray>("kelpieIni");   // E:/_kelpie.ini afterwards
     QTest::addColumn<QString>("bootLetter");
+    QTest::addColumn<QStringList>("effects");
     QTest::addColumn<QString>("message");        // title and text of a message box, if one is shown
+    QTest::addColumn<QByteArray>("kelpieIni");   // F:/_kelpie.ini afterwards
+    QTest::addColumn<QByteArray>("netIni");      // F:/_kelpieNet.ini afterwards
     const NetworkCondition dhcp{1, 0, 1, {}, {}, {}, {}, {}};
-    const QStringList copies{"write E:\\Start Menu.1\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\Start Menu\\Programs\\Tools\\m.lnk",
-                             "write E:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk"};
-    const QStringList ini{"write E:/_kelpie.ini"};
+    const QStringList copies{"write F:\\Start Menu.1\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\Start Menu\\Programs\\Tools\\m.lnk",
+                             "write F:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk"};
+    const QStringList ini{"write F:/_kelpie.ini"}, none;
+    const QByteArray old = "imageLang=9\r\nbuild=old", oldNet = "ipAdd=old";
     const QByteArray firewallOn = composedBootIni().replace("firewall=0", "firewall=1");
     QTest::newRow("start menu and desktop only: neither ini file is touched")
-        << false << QString() << staticNet() << copies << bootIni << "E" << "";
-    QTest::newRow("display: _kelpie.ini with the new resolution")
-        << false << "1280x1024" << staticNet() << ini + copies << composedBootIni().replace("1024x768", "1280x1024")
-        << "E" << "";
+        << none << false << false << QString() << staticNet() << "E" << copies << "" << old << oldNet;
+    QTest::newRow("display: _kelpie.ini carried from the boot medium with the new resolution")
+        << none << false << false << "1280x1024" << staticNet() << "E" << ini + copies << ""
+        << composedBootIni().replace("1024x768", "1280x1024") << oldNet;
     QTest::newRow("network, static: both ini files")
-        << true << QString() << staticNet() << ini + QStringList{"write E:/_kelpieNet.ini"} + copies << firewallOn
-        << "E" << "";
+        << none << false << true << QString() << staticNet() << "E" << ini + QStringList{"write F:/_kelpieNet.ini"} + copies
+        << "" << firewallOn << staticNetIni;
     QTest::newRow("network by DHCP removes an old _kelpieNet.ini")
-        << true << QString() << dhcp << ini + QStringList{"remove E:/_kelpieNet.ini"} + copies << composedBootIni()
-        << "E" << "";
+        << none << false << true << QString() << dhcp << "E" << ini + QStringList{"remove F:/_kelpieNet.ini"} + copies
+        << "" << composedBootIni() << QByteArray();
     QTest::newRow("a static address that is empty leaves the old _kelpieNet.ini")
-        << true << QString() << staticNet(QString()) << ini + copies << firewallOn << "E" << "";
+        << none << false << true << QString() << staticNet(QString()) << "E" << ini + copies << "" << firewallOn << oldNet;
     QTest::newRow("boot volume without _kelpie.ini: a critical message, nothing stored")
-        << true << "1280x1024" << staticNet() << QStringList() << bootIni << "C"
-        << "Path not found|Cannot find boot media C:\\";
-    QTest::newRow("boot letter unknown") << true << QString() << staticNet() << QStringList() << bootIni << ""
-                                         << "Path not found|Cannot find boot media :\\";
+        << none << false << true << "1280x1024" << staticNet() << "C" << none
+        << "Path not found|Cannot find boot media C:\\" << old << oldNet;
+    QTest::newRow("boot letter unknown") << none << false << true << QString() << staticNet() << "" << none
+                                         << "Path not found|Cannot find boot media :\\" << old << oldNet;
+    // Failures on the stick are silent and lose nothing; the steps that fit still run.
+    QTest::newRow("read-only stick") << QStringList{"readOnly=1"} << false << true << "1280x1024" << staticNet() << "E"
+                                     << none << "" << old << oldNet;
+    QTest::newRow("full stick") << QStringList{"freeBytes=0"} << false << true << "1280x1024" << staticNet() << "E"
+                                << none << "" << old << oldNet;
+    QTest::newRow("nearly full stick: room for the small file alone")
+        << QStringList{"freeBytes=80"} << false << true << "1280x1024" << staticNet() << "E"
+        << QStringList{"write F:/_kelpieNet.ini"} << "" << old << staticNetIni;
+    QTest::newRow("stick gone between the listing and Save")
+        << none << true << true << "1280x1024" << staticNet() << "E" << none << "" << old << oldNet;
 }
 
 void TestSettings::filesASaveTouches()
 {
+    QFETCH(QStringList, target);
+    QFETCH(bool, vanish);
     QFETCH(bool, network);
     QFETCH(QString, resolution);
     QFETCH(NetworkCondition, now);
-    QFETCH(QStringList, effects);
-    QFETCH(QByteArray, kelpieIni);
     QFETCH(QString, bootLetter);
+    QFETCH(QStringList, effects);
     QFETCH(QString, message);
+    QFETCH(QByteArray, kelpieIni);
+    QFETCH(QByteArray, netIni);
     TestMachine m;
     bootMachine(m);
-    m.write("drives/E/_kelpieNet.ini", "ipAdd=old");
-    m.write("drives/E/Desktop.1/Users/Default/Desktop/old.lnk", "saved before");
-    m.write(menuFolder + "Tools/m.lnk", "menu");
-    m.write(deskFolder + "d.lnk", "desk");
+    m.addStick('F', 2, target);
+    m.write("drives/F/_kelpie.ini", "imageLang=9\r\nbuild=old");
+    m.write("drives/F/_kelpieNet.ini", "ipAdd=old");
+    m.write("drives/F/Desktop.1/Users/Default/Desktop/old.lnk", "saved before");
+    m.write(menuFolder + "Tools/m.lnk", QByteArray(500, 'm'));
+    m.write(deskFolder + "d.lnk", QByteArray(500, 'd'));
     m.write(deskFolder + "old.lnk", "newer, not saved");
+    const auto before = filesBelow(m, "drives/F");
     Changes c;
     c.startMenu = QStringList{"X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tools/m.lnk"};
     c.desktop = QStringList{"X:/Users/Default/Desktop/d.lnk", "X:/Users/Default/Desktop/old.lnk"};
@@ -336,6 +354,10 @@ void TestSettings::filesASaveTouches()
     saveChangingDialog d;
     prepare(d, c, network, resolution);
     d.bootLetter = bootLetter;
+    tree(d)->setCurrentItem(tree(d)->topLevelItem(1));
+    QCOMPARE(tree(d)->currentItem()->text(2), QString("F"));
+    if (vanish)
+        m.addStick('F', 2, {"present=0"});
     QString shown;
     QPointer<QTimer> watch = whenModal<QMessageBox>([&](QMessageBox *b) {
         shown = b->windowTitle() + '|' + b->text();
@@ -347,66 +369,23 @@ void TestSettings::filesASaveTouches()
 
     QCOMPARE(shown, message);
     QCOMPARE(d.result(), int(QDialog::Accepted));
-    QCOMPARE(fileEffects(m), effects);
-    QCOMPARE(m.read("drives/E/_kelpie.ini"), kelpieIni);
-    if (effects.contains("write E:/_kelpieNet.ini"))
-        QCOMPARE(m.read("drives/E/_kelpieNet.ini"), staticNetIni);
-    // A shortcut of that name already saved stays the old one.
-    QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/old.lnk"), QByteArray("saved before"));
-    QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/d.lnk"), effects.isEmpty() ? QByteArray() : "desk");
-}
-
-void TestSettings::nothingLostWhateverTheStickDoes_data()
-{
-    QTest::addColumn<QStringList>("stick");      // keys of the stick's volume
-    QTest::addColumn<bool>("vanishAfterListing");
-    QTest::addColumn<QStringList>("changed");    // files of the stick that a save may change
-    QTest::newRow("read-only stick") << QStringList{"readOnly=1"} << false << QStringList();
-    QTest::newRow("full stick") << QStringList{"freeBytes=0"} << false << QStringList();
-    // Room for the small file alone: _kelpie.ini stays the old one, the later steps still run.
-    QTest::newRow("nearly full stick: the steps that fit still run")
-        << QStringList{"freeBytes=80"} << false << QStringList{"/_kelpieNet.ini"};
-    QTest::newRow("stick gone between the listing and Save") << QStringList() << true << QStringList();
-}
-
-void TestSettings::nothingLostWhateverTheStickDoes()
-{
-    QFETCH(QStringList, stick);
-    QFETCH(bool, vanishAfterListing);
-    QFETCH(QStringList, changed);
-    TestMachine m;
-    m.addVolume('X', {"answersDeviceNumber=0"});
-    m.addStick('E', 1, {"freeBytes=1000000"});   // the boot medium
-    m.write("drives/E/_kelpie.ini", bootIni);
-    m.addStick('F', 2, stick);                    // the target
-    m.write("drives/F/_kelpie.ini", "imageLang=9\r\nbuild=old");
-    m.write("drives/F/_kelpieNet.ini", "ipAdd=192.168.0.9");
-    m.write("drives/F/Desktop.1/Users/Default/Desktop/kept.lnk", "kept");
-    m.write(deskFolder + "new.lnk", QByteArray(500, 'n'));
-    const auto before = filesBelow(m, "drives/F");
-
-    Changes c;
-    c.desktop = QStringList{"X:/Users/Default/Desktop/new.lnk"};
-    c.now = staticNet();
-    saveChangingDialog d;
-    prepare(d, c, true, "1280x1024");
-    tree(d)->setCurrentItem(tree(d)->topLevelItem(1));
-    QCOMPARE(tree(d)->currentItem()->text(2), QString("F"));
-    if (vanishAfterListing)
-        m.addStick('F', 2, stick + QStringList{"present=0"});
-
-    bool boxShown = false;
-    QPointer<QTimer> watch = whenModal<QMessageBox>([&](QMessageBox *b) { boxShown = true; b->done(QMessageBox::Ok); });
-    button(d, "pushButton")->click();
-    delete watch.data();
-    QVERIFY(!boxShown);   // failures on the stick are silent
-    QCOMPARE(d.result(), int(QDialog::Accepted));
-
-    const auto after = filesBelow(m, "drives/F");
-    QCOMPARE(after.keys(), before.keys());   // nothing half-copied, no temporary left behind
-    for (auto it = before.constBegin(); it != before.constEnd(); ++it)
-        QCOMPARE(after.value(it.key()), changed.contains(it.key()) ? staticNetIni : it.value());
     QVERIFY(!QApplication::overrideCursor());
+    QCOMPARE(fileEffects(m), effects);
+    QCOMPARE(m.read("drives/F/_kelpie.ini"), kelpieIni);
+    QCOMPARE(m.read("drives/F/_kelpieNet.ini"), netIni);
+    // A shortcut of that name already saved stays the old one; no temporary file is left behind.
+    QCOMPARE(m.read("drives/F/Desktop.1/Users/Default/Desktop/old.lnk"), QByteArray("saved before"));
+    QCOMPARE(m.read("drives/F/Desktop.1/Users/Default/Desktop/d.lnk"),
+             effects.contains("write F:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk") ? QByteArray(500, 'd') : QByteArray());
+    QStringList files = before.keys();
+    for (const QString &effect : effects)
+        files << effect.section(':', 1).replace('\\', '/');
+    files.removeAll("/_kelpieNet.ini");
+    if (!netIni.isEmpty())
+        files << "/_kelpieNet.ini";
+    files.removeDuplicates();
+    files.sort();
+    QCOMPARE(filesBelow(m, "drives/F").keys(), files);
 }
 
 void TestSettings::restore_data()
