@@ -352,7 +352,7 @@ private slots:
         QVERIFY(d.isVisible());
     }
 
-    void shellIconByName_data()
+    void shellIcon_data()
     {
         QTest::addColumn<QString>("first");
         QTest::addColumn<QString>("second");
@@ -363,57 +363,32 @@ private slots:
         QTest::newRow("folder and file told apart in nothing") << d + "Tools" << d + "Plain" << true;
         QTest::newRow("a missing file still has its kind") << d + "gone.exe" << d + "a.exe" << true;
         QTest::newRow("kinds differ") << d + "a.exe" << d + "note.txt" << false;
-        QTest::newRow("a shortcut is marked") << d + "note.lnk" << d + "Plain" << false;
         QTest::newRow("extensions ignore case") << d + "NOTE.TXT" << d + "note.txt" << true;
+        // A shortcut wears its target's kind and a mark of its own.
+        QTest::newRow("a shortcut is marked") << d + "cmd.lnk" << d + "a.exe" << false;
+        QTest::newRow("shortcuts to two programs") << d + "cmd.lnk" << d + "x.lnk" << true;
+        QTest::newRow("shortcuts to a program and a text") << d + "cmd.lnk" << d + "notes.lnk" << false;
+        QTest::newRow("shortcuts to a folder and a name without extension") << d + "dir.lnk" << d + "name.lnk" << false;
+        QTest::newRow("an unreadable shortcut is one to a plain file") << d + "junk.lnk" << d + "name.lnk" << true;
     }
 
-    void shellIconByName()
+    void shellIcon()
     {
         QFETCH(QString, first);
         QFETCH(QString, second);
         QFETCH(bool, same);
         TestMachine m;
-        writeEntries(m, {"Tools/a.exe", "Plain", "a.exe", "note.txt"});
+        writeEntries(m, {"Tools/a.exe", "Plain", "a.exe", "note.txt", "junk.lnk"});
+        m.addShortcut(desktopFolder + "cmd.lnk", "X:\\Windows\\System32\\cmd.exe");
+        m.addShortcut(desktopFolder + "x.lnk", "C:\\Tools\\x.EXE");
+        m.addShortcut(desktopFolder + "notes.lnk", "C:\\notes.txt");
+        m.addShortcut(desktopFolder + "name.lnk", "C:\\Tools");
+        shelllink::Link folder = shelllink::make("C:\\Tools");
+        folder.fileAttributes = 0x10;
+        m.write(desktopFolder + "dir.lnk", shelllink::write(folder));
         const QImage a = pixmapForFile(first).toImage();
         QVERIFY(!a.isNull());
         QCOMPARE(a == pixmapForFile(second).toImage(), same);
-    }
-
-    void shortcutWearsItsTargetsKind_data()
-    {
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        QTest::addColumn<bool>("same");
-        QTest::newRow("two programs") << "X:\\Windows\\System32\\cmd.exe" << "C:\\Tools\\x.EXE" << true;
-        QTest::newRow("a program and a text") << "X:\\Windows\\System32\\cmd.exe" << "C:\\notes.txt" << false;
-        QTest::newRow("a folder and a name without extension") << "<dir>C:\\Tools" << "C:\\Tools" << false;
-        QTest::newRow("an unreadable shortcut is a plain file") << "<junk>" << "C:\\Tools" << true;
-    }
-
-    void shortcutWearsItsTargetsKind()
-    {
-        QFETCH(QString, first);
-        QFETCH(QString, second);
-        QFETCH(bool, same);
-        TestMachine m;
-        QImage icons[2];
-        const QString targets[2] = {first, second};
-        for (int i = 0; i < 2; ++i) {
-            const QString name = QString("drives/X/Users/Default/Desktop/link%1.lnk").arg(i);
-            if (targets[i] == "<junk>") {
-                m.write(name, "not a shortcut");
-            } else {
-                const bool folder = targets[i].startsWith("<dir>");
-                shelllink::Link link = shelllink::make(QString(targets[i]).remove("<dir>"));
-                link.fileAttributes = folder ? 0x10 : 0x20;
-                m.write(name, shelllink::write(link));
-            }
-            icons[i] = pixmapForFile(QString("X:/Users/Default/Desktop/link%1.lnk").arg(i)).toImage();
-            QVERIFY(!icons[i].isNull());
-        }
-        QCOMPARE(icons[0] == icons[1], same);
-        // The shortcut's mark sets it apart from its target's own icon.
-        QVERIFY(icons[0] != pixmapForFile("C:/cmd.exe").toImage());
     }
 
     void buttonsBearShellIcons()
