@@ -88,10 +88,9 @@ private slots:
         auto row = [](const char *rule, const QByteArray &cfg, const QStringList &read) {
             QTest::newRow(rule) << cfg << read;
         };
-        row("toRun stands anywhere in a line, the key cut out", "xtoRun=a|b|c", {"run xa|b"});
-        row("a commented toRun still runs", "; toRun=tool|x", {"run ; tool|x"});
-        row("toRun needs two fields", "toRun=lonely", {});
-        row("other commented keys are passed over", "; version=1\n;title=t", {});
+        row("toRun stands anywhere in a line, even commented, the key cut out; it needs two fields",
+            "; xtoRun=a|b|c\ntoRun=lonely", {"run ; xa|b"});
+        row("other commented keys and unknown lines are passed over", "; version=1\n;title=t\nSyst\xc3\xa8me=x", {});
         row("text keys chain, the last line wins, nothing trimmed",
             "version=title=abc\nweb_default= www \nweb_default=second",
             {"version=title=abc", "title=abc", "web=second"});
@@ -99,17 +98,15 @@ private slots:
             "x version=1.0 version=\r\ntitle=Shell\r\n", {"version=x 1.0 ", "title=Shell"});
         row("UTF-8 whatever the first bytes look like", "title=Ch\xc3\xa8vre",
             {QString::fromUtf8("title=Ch\xc3\xa8vre")});
-        row("a sub-menu", "mainMenu=1|Tools|t.png", {"menu 1 Tools|t.png"});
-        row("a sub-menu needs three fields", "mainMenu=2|Short", {});
-        row("an entry takes seven fields, empty ones kept, more ignored",
-            "menuItem=1|101| Net|i24.png|a.exe||hint|extra", {"item 1/101  Net|i24.png|a.exe||hint"});
-        row("an entry of six fields is dropped", "menuItem=1|102|Six|i.png|a.exe|", {});
+        row("a sub-menu needs three fields", "mainMenu=1|Tools|t.png\nmainMenu=2|Short", {"menu 1 Tools|t.png"});
+        row("an entry takes seven fields, empty ones kept, more ignored; six are dropped",
+            "menuItem=1|101| Net|i24.png|a.exe||hint|extra\nmenuItem=1|102|Six|i.png|a.exe|",
+            {"item 1/101  Net|i24.png|a.exe||hint"});
         row("numbers: base 10, signed, anything else 0", "menuItem=abc|-3|Zero|||||\nmenuItem=12x|7|N|||||",
             {"item 0/-3 Zero||||", "item 0/7 N||||"});
         row("the separator word inside a text makes a separator ahead of the entry",
             "menuItem=0|7|my mainSeparator text|i.png|b.exe|-p|",
             {"separator", "item 0/7 my mainSeparator text|i.png|b.exe|-p|"});
-        row("unknown lines are ignored", "Syst\xc3\xa8me=ignored\nmainSeparator", {"separator"});
         row("launcher buttons: six fields, numbered from 1000 whatever the menu ids",
             "morvaneItem=a|b|c|d|e\n;morvaneItem=a|b|c|d|e|f\nmorvaneItem=n|r|c|Tip|p.exe|-q\n"
             "menuItem=0|1000|X|i|m.exe||\nmorvaneItem=n2|r2|c2|Tip2|q.exe||more",
@@ -163,12 +160,12 @@ private slots:
     {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("note");
-        QTest::newRow("menu entry") << "menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|"
-                                    << "menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"";
-        QTest::newRow("sub-menu") << "mainMenu=4|%2 tools|t.png" << "sub-menu 4 \"%2 tools\"";
-        QTest::newRow("launcher button") << "morvaneItem=n|r|a|t|%1.exe|%2"
-                                         << "launcher button 1000 starts \"%1.exe\" \"%2\"";
-        QTest::newRow("fixed button") << "fixedB2=i|t|%1.exe" << "fixed button 2 runs \"%1.exe\"";
+        auto row = [](const char *kind, const char *line, const char *note) { QTest::newRow(kind) << line << note; };
+        row("menu entry", "menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|",
+            "menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"");
+        row("sub-menu", "mainMenu=4|%2 tools|t.png", "sub-menu 4 \"%2 tools\"");
+        row("launcher button", "morvaneItem=n|r|a|t|%1.exe|%2", "launcher button 1000 starts \"%1.exe\" \"%2\"");
+        row("fixed button", "fixedB2=i|t|%1.exe", "fixed button 2 runs \"%1.exe\"");
     }
     void notesQuoteValuesAsWritten()
     {
@@ -188,9 +185,8 @@ private slots:
 
     void missingFile()
     {
-        QVERIFY(!shellconfig::readMainMenu().opened);
-        QVERIFY(!shellconfig::readLauncherButtons().opened);
-        QVERIFY(!shellconfig::readFixedButtons().opened);
+        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
+                && !shellconfig::readFixedButtons().opened);
     }
 
     // --- start rules ---
@@ -202,9 +198,9 @@ private slots:
         QTest::addColumn<int>("disk");
         QTest::addColumn<QString>("args");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("disk 1") << "Zembra.exe" << true << 1 << " -a" << "-xd=1 -a";
-        QTest::newRow("disk 0, empty") << "tools\\ZEMBRA" << true << 0 << "" << "-xd=0 ";
-        QTest::newRow("disk -1") << "Zembra.exe" << true << -1 << " -a" << " -a";
+        QTest::newRow("the medium's tool learns its disk") << "Zembra.exe" << true << 1 << " -a" << "-xd=1 -a";
+        QTest::newRow("disk 0, in any case and folder") << "tools\\ZEMBRA" << true << 0 << "" << "-xd=0 ";
+        QTest::newRow("no disk known") << "Zembra.exe" << true << -1 << " -a" << " -a";
         QTest::newRow("not removable") << "Zembra.exe" << false << 1 << " -a" << " -a";
         QTest::newRow("other tool") << "other.exe" << true << 1 << " -a" << " -a";
     }
@@ -217,21 +213,15 @@ private slots:
         QFETCH(QString, expected);
         RunEntry e;
         QVERIFY(appstart::mediumStartEntry(program, args, removable, disk, &e));
-        QCOMPARE(e.program, program);
-        QCOMPARE(e.arguments, expected);
+        QCOMPARE(e.program + e.arguments, program + expected);
         QVERIFY(!appstart::mediumStartEntry(QString(), args, removable, disk, &e));
     }
 
+    // The start queue's paths are shown by runTaskListQueue, the menu above and below the panel
+    // by menuOpensAboveWhenTooTall.
     void pathRules()
     {
-        QCOMPARE(appstart::taskListPath(QStringLiteral("Net.EXE")),
-                 QStringLiteral("x:\\program files\\kelpie\\Net.EXE.exe"));
-        QCOMPARE(appstart::taskListPath(QStringLiteral("my.exe.bak")),
-                 QStringLiteral("x:\\program files\\kelpie\\my.exe.bak"));
-        QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")),
-                 QStringLiteral("icons/32/net32.png"));
-        QCOMPARE(mainMenuTop(768, 704, 500), 704 - 500 - 2);
-        QCOMPARE(mainMenuTop(768, 0, 500), 66);
+        QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")), QStringLiteral("icons/32/net32.png"));
         QCOMPARE(mainMenuTop(768, 202, 500), 268);   // exactly room for it below
     }
 
@@ -243,9 +233,6 @@ private slots:
         // The fixed entries alone, in their order, in the menus' font.
         QCOMPARE(menuTexts(s->mainMenu), QStringList({"About Kelpie", "--", "--", "Run...", "Load Driver",
                                                       "Turn Off Computer"}));
-        QVERIFY(s->appList.isEmpty());
-        QVERIFY(toRunList.isEmpty());
-        QVERIFY(s->findChildren<MyButton *>().isEmpty());
         for (my_PushButton *b : {s->keyboardButton, s->timeButton, s->displayButton,
                                  s->taskManagerButton, s->explorerButton, s->shotButton})
             QVERIFY(b->isHidden());
@@ -276,21 +263,17 @@ private slots:
         QVERIFY(s->subMenus[1]->actions().isEmpty());
 
         auto *ping = qobject_cast<my_Action *>(s->subMenus[0]->actions().at(0));
-        QVERIFY(ping);
-        QCOMPARE(ping->id, 101);
-        QCOMPARE(ping->menu, s->subMenus[0]);
-        QCOMPARE(ping->hint, QStringLiteral("Sends pings"));
+        QVERIFY(ping && ping->hint == QStringLiteral("Sends pings"));
         auto *direct = qobject_cast<my_Action *>(s->mainMenu->actions().at(about + 5));
-        QVERIFY(direct && !direct->menu);
+        QVERIFY(direct);
 
-        QCOMPARE(s->appList.size(), 2);   // forward reference, unknown and negative parents: none
-        QCOMPARE(s->appList[0].id, 101);
-        QCOMPARE(s->appList[1].id, 5);
-
+        // Forward reference, unknown and negative parents: no record.
+        QCOMPARE(s->appList.size(), 2);
+        QCOMPARE(s->appList[0].id + s->appList[1].id, 101 + 5);
+        // The medium's start entry follows the file's.
         QCOMPARE(toRunList.size(), 2);
-        QCOMPARE(toRunList[0].program, QStringLiteral("net"));
-        QCOMPARE(toRunList[1].program, QStringLiteral("Zembra.exe"));
-        QCOMPARE(toRunList[1].arguments, QStringLiteral("-xd=1 -a"));
+        QCOMPARE(toRunList[0].program + toRunList[1].program + toRunList[1].arguments,
+                 QStringLiteral("netZembra.exe-xd=1 -a"));
 
         // A click on the entry reaches startApp: slashes turn, parameters stay.
         direct->trigger();
@@ -325,8 +308,6 @@ private slots:
                        "morvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n");
         const QList<MyButton *> buttons = s->findChildren<MyButton *>();
         QCOMPARE(buttons.size(), 1);
-        QCOMPARE(buttons[0]->id, 1000);
-        QCOMPARE(buttons[0]->pos(), QPoint(110, 35));
         emit buttons[0]->mButtonClicked(1000);
         QCOMPARE(starts(*m), QStringList({startLine("menu.exe", "")}));
     }
@@ -356,10 +337,8 @@ private slots:
     void fixedButtonsFromFile()
     {
         auto s = shell("fixedB3=t.png|Tasks|tm.exe\nfixedB5=s.png|Shot|shot.exe\n");
-        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()));
-        QVERIFY(s->shotButton->isVisibleTo(s.get()));
-        QVERIFY(s->timeButton->isHidden());
-        QVERIFY(s->keyboardButton->isHidden());
+        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()) && s->shotButton->isVisibleTo(s.get()));
+        QVERIFY(s->timeButton->isHidden() && s->keyboardButton->isHidden());
         QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
         QVERIFY(s->explorerButton->toolTip().contains(QLatin1String("Explore My Computer")));
         s->taskManagerButton->click();
@@ -394,6 +373,7 @@ private slots:
         QCOMPARE(seen.top(), 66);
     }
 
+    // The button under the pointer grows most, its neighbours a little, the rest not at all.
     void hoverChain()
     {
         auto s = shell("morvaneItem=a|b|c|t0|p0|\nmorvaneItem=a|b|c|t1|p1|\n"
@@ -401,26 +381,23 @@ private slots:
         QList<MyButton *> b = s->findChildren<MyButton *>();
         std::sort(b.begin(), b.end(), [](MyButton *x, MyButton *y) { return x->id < y->id; });
         QCOMPARE(b.size(), 4);
-        const QRect rest[4] = {b[0]->geometry(), b[1]->geometry(), b[2]->geometry(), b[3]->geometry()};
-        QCOMPARE(rest[3], QRect(110 + 3 * 38, 35, 24, 24));
-        auto nearRect = [&](int i) { return QRect(rest[i].topLeft() + QPoint(-6, -10), QSize(32, 32)); };
-        auto hoverRect = [&](int i) { return QRect(rest[i].topLeft() + QPoint(-14, -30), QSize(48, 54)); };
-
+        auto look = [&](int i, const char *size) {
+            const QPoint rest(110 + 38 * i, 35);
+            if (*size == 'n')
+                return QRect(rest + QPoint(-6, -10), QSize(32, 32));
+            return *size == 'h' ? QRect(rest + QPoint(-14, -30), QSize(48, 54)) : QRect(rest, QSize(24, 24));
+        };
+        auto expect = [&](const char *sizes) {
+            for (int i = 0; i < 4; ++i)
+                QCOMPARE(b[i]->geometry(), look(i, sizes + i));
+        };
         sendPlain(b[1], QEvent::Enter);
-        QCOMPARE(b[1]->geometry(), hoverRect(1));
+        expect("nhnr");
         QVERIFY(b[1]->hovered);
-        QCOMPARE(b[0]->geometry(), nearRect(0));
-        QCOMPARE(b[2]->geometry(), nearRect(2));
-        QCOMPARE(b[3]->geometry(), rest[3]);
-
         sendPlain(b[1], QEvent::Leave);
-        for (int i = 0; i < 4; ++i)
-            QCOMPARE(b[i]->geometry(), rest[i]);
+        expect("rrrr");
         sendPlain(b[2], QEvent::Enter);
-        QCOMPARE(b[2]->geometry(), hoverRect(2));
-        QCOMPARE(b[1]->geometry(), nearRect(1));
-        QCOMPARE(b[3]->geometry(), nearRect(3));
-        QCOMPARE(b[0]->geometry(), rest[0]);
+        expect("rnhn");
     }
 
     void pressThenReleaseElsewhereStarts()
@@ -437,30 +414,26 @@ private slots:
         QCOMPARE(starts(*m), QStringList({startLine("far.exe", "-z")}));
     }
 
+    // Open at first; a press closes it (hover), the pointer leaving rests it, entering hovers it,
+    // a press opens it, and open it stays pressed when the pointer leaves.
     void startButtonStates()
     {
         mainButton b;
-        QCOMPARE(b.state, 2);
-        QVERIFY(b.opened);
         QSignalSpy open(&b, &mainButton::needOpenMenu);
         QSignalSpy close(&b, &mainButton::needCloseMenu);
-
-        sendMouse(&b, QEvent::MouseButtonPress, QPoint(10, 10));   // open -> closed, hover
-        QCOMPARE(b.state, 1);
-        QVERIFY(!b.opened);
-        sendMouse(&b, QEvent::MouseButtonRelease, QPoint(10, 10));
-        QCOMPARE(close.count(), 1);
-        sendPlain(&b, QEvent::Leave);
-        QCOMPARE(b.state, 0);
-        sendPlain(&b, QEvent::Enter);
-        QCOMPARE(b.state, 1);
-        sendMouse(&b, QEvent::MouseButtonPress, QPoint(10, 10));
-        QCOMPARE(b.state, 2);
-        QVERIFY(b.opened && b.menuRunning);
-        sendMouse(&b, QEvent::MouseButtonRelease, QPoint(10, 10));
-        QCOMPARE(open.count(), 1);
-        sendPlain(&b, QEvent::Leave);   // opened: looks stay pressed
-        QCOMPARE(b.state, 2);
+        auto look = [&b] { return QString::number(b.state) + (b.opened ? "o" : ""); };
+        QString states = look();
+        for (QEvent::Type t : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::Leave, QEvent::Enter,
+                               QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::Leave}) {
+            if (t == QEvent::Leave || t == QEvent::Enter)
+                sendPlain(&b, t);
+            else
+                sendMouse(&b, t, QPoint(10, 10));
+            states += look();
+        }
+        QCOMPARE(states, QString("2o11012o2o2o"));
+        QVERIFY(b.menuRunning);
+        QCOMPARE(close.count() + 10 * open.count(), 11);
     }
 
     void rainbowPulse()
@@ -476,7 +449,6 @@ private slots:
         for (int i = 0; i < 11; ++i)
             b.rainbowStep();
         QCOMPARE(b.rainbowTimer->interval(), 10000);
-        QCOMPARE(b.rainbowRound, 1);
     }
 };
 
