@@ -45,300 +45,253 @@ class ActionsTest : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void locale_data();
-    void locale();
-    void localeKeepsClockDaylightAndTheRestOfTheMachine();
-    void localeBadFiles();
-    void driverTreeAndMenuEntries();
-    void pxeScripts_data();
-    void pxeScripts();
-    void pxeLabelUntilTheNextTick();
-    void associationsScript();
-    void associationsValues_data();
-    void associationsValues();
+    void locale_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QStringList>("effects");
+        const QString mui = "start open wpeutil.exe SetMuiLanguage %1 0";
+
+        QTest::newRow("15 gives -180") << QByteArray("TimeZone=15\r\n") << QStringList{"timezone -180"};
+        QTest::newRow("abc gives 720") << QByteArray("TimeZone=abc\n") << QStringList{"timezone 720"};
+        QTest::newRow("a value past 32 bits is no number")
+            << QByteArray("TimeZone=99999999999\n") << QStringList{"timezone 720"};
+        QTest::newRow("the largest number wraps as the field does")
+            << QByteArray("TimeZone=2147483647\n") << QStringList{"timezone 780"};
+        QTest::newRow("every occurrence of the key is removed")
+            << QByteArray("TimeZone=1TimeZone=3\n") << QStringList{"timezone -60"};
+        QTest::newRow("a key counts anywhere in the line")
+            << QByteArray("; SetMuiLanguage=fr-FR\n") << QStringList{mui.arg("; fr-FR")};
+        QTest::newRow("every carriage return is removed")
+            << QByteArray("Set\rMuiLanguage=de-DE\r\r\n") << QStringList{mui.arg("de-DE")};
+        QTest::newRow("two keys in one line: the second sees the line without the first")
+            << QByteArray("TimeZone=3SetUserLocale=de-DE\n")
+            << QStringList{"timezone 720", "start open wpeutil.exe SetUserLocale 3de-DE 0"};
+        QTest::newRow("a value may hold the next key")
+            << QByteArray("SetMuiLanguage=en-USSetKeyboardLayout=0409\n")
+            << QStringList{mui.arg("en-USSetKeyboardLayout=0409"),
+                           "start open wpeutil.exe SetKeyboardLayout en-US0409 0"};
+        QTest::newRow("keys are case-sensitive, others skipped")
+            << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
+        QTest::newRow("an empty file") << QByteArray() << QStringList();
+        QTest::newRow("a later line is applied again")
+            << QByteArray("TimeZone=13\nTimeZone=11\n") << QStringList{"timezone -60", "timezone 60"};
+    }
+
+    void locale()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, effects);
+        TestMachine m;
+        m.write(envInit, file);
+        auto shell = makeShell();
+        QStringList seen;
+        for (const QString &line : journalOf(m, {"timezone", "start"}))
+            seen << line.section(' ', 0, line.startsWith("timezone") ? 1 : -1);
+        QCOMPARE(seen, effects);
+        QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
+    }
+
+    void localeKeepsClockDaylightAndTheRestOfTheMachine()
+    {
+        TestMachine m;
+        m.write("machine.ini", "; my machine\r\n[display]\r\ncurrent=800x600\r\n\r\n[time]\r\n"
+                               "localTime=2026-03-01 10:20:30.250\r\nbias=-60\r\nstandardName=Central\r\n"
+                               "daylightName=Central Summer\r\ndaylightBias=-60\r\n"
+                               "daylightDate=0,3,0,5,2,0,0,0\r\n\r\n[firewall]\r\nstate=on\r\n");
+        m.write(envInit, "TimeZone=15\n");
+        auto shell = makeShell();
+
+        // The clock is read before the zone is written and written back after it.
+        QCOMPARE(journalOf(m, {"timezone", "localtime"}),
+                 QStringList({"timezone -180 0 -60 Central Central Summer",
+                              "localtime 2026-03-01 10:20:30.250"}));
+        const SimMachineFacts facts = m.sim->facts();
+        QCOMPARE(facts.value("time", "bias"), QString("-180"));
+        QCOMPARE(facts.value("time", "daylightBias"), QString("-60"));
+        QCOMPARE(facts.value("time", "daylightDate"), QString("0,3,0,5,2,0,0,0"));
+        QCOMPARE(facts.value("time", "localTime"), QString("2026-03-01 10:20:30.250"));
+        const QByteArray ini = m.read("machine.ini");
+        QVERIFY(ini.startsWith("; my machine\r\n[display]\r\ncurrent=800x600\r\n\r\n[time]\r\n"));
+        QVERIFY(ini.endsWith("\r\n\r\n[firewall]\r\nstate=on\r\n"));
+        TimeZoneInfo zone;
+        QCOMPARE(m.sim->timeZoneInformation(&zone), 1u);
+    }
+
+    void localeBadFiles()
+    {
+        // A line too long for any value is passed over whole; the lines around it still count.
+        {
+            TestMachine m;
+            m.write(envInit, "TimeZone=13\n" + QByteArray(envinit::longestLine + 10, 'x')
+                                 + "TimeZone=15\nSetUserLocale=fr-FR\n");
+            auto shell = makeShell();
+            QCOMPARE(journalOf(m, {"timezone", "start"}).size(), 2);
+            QVERIFY(journalOf(m, {"timezone"}).first().startsWith("timezone -60 "));
+            QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
+        }
+        // Binary bytes: nothing to apply, nothing broken, the file is gone.
+        {
+            TestMachine m;
+            QByteArray junk;
+            for (int i = 0; i < 70000; ++i)
+                junk += char((i * 7919) % 251);
+            m.write(envInit, junk);
+            auto shell = makeShell();
+            QVERIFY(journalOf(m, {"timezone", "localtime"}).isEmpty());
+            QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
+        }
+        // No file: nothing at all.
+        TestMachine m;
+        auto shell = makeShell();
+        QVERIFY(journalOf(m, {"timezone", "localtime", "start"}).isEmpty());
+
+    }
+
+    void driverTreeAndMenuEntries()
+    {
+        TestMachine m;
+        for (const char *f : {"a.inf", "b.INF", "c.inf.bak", "README.txt", "Net/d.inf", "Net/Deep/e.inf"})
+            m.write(QString("drives/E/Drivers/") + f, "x");
+        QVERIFY(QFile::link(m.folder() + "/drives/E/Drivers", m.folder() + "/drives/E/Drivers/Net/back"));
+        auto shell = makeShell();
+        shell->loadDriver_new("E:\\Drivers\\");
+        QCOMPARE(journalOf(m, {"start"}),
+                 QStringList({"start open InstallDriver.exe \"E:\\Drivers\\a.inf\" /exit-if-ok 1",
+                              "start open InstallDriver.exe \"E:\\Drivers\\b.INF\" /exit-if-ok 1",
+                              "start open InstallDriver.exe \"E:\\Drivers\\Net\\d.inf\" /exit-if-ok 1",
+                              "start open InstallDriver.exe \"E:\\Drivers\\Net\\Deep\\e.inf\" /exit-if-ok 1"}));
+        const int before = m.journal().size();
+        shell->loadDriver_new("E:\\Missing\\");
+        QCOMPARE(m.journal().size(), before);
+
+        // "Load Driver" and "Run..." of the main menu start their programs, nothing waited for.
+        shell->loadDriverAction->trigger();
+        shell->runAction->trigger();
+        QCOMPARE(journalOf(m, {"start"}).mid(4), QStringList({"start open InstallDriver.exe  1",
+                                                             "start open RunTask.exe  1"}));
+    }
+
+    void pxeScripts_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QStringList>("log");
+        QTest::addColumn<QStringList>("started");
+        const QString folder = "X:\\Program Files\\kelpie\\Kelpie_Scripts\\";
+
+        QTest::newRow("no folder") << QStringList() << QStringList{"PXE Kelpie_Scripts not exist"}
+                                   << QStringList();
+        QTest::newRow("empty folder, no pause")
+            << QStringList{"notes.txt", "Sub/"}
+            << QStringList{"PXE Kelpie_Scripts exist", "PXE script not exist"} << QStringList();
+        QTest::newRow("three scripts after one pause, by name ignoring case")
+            << QStringList{"b.cmd", "A.CMD", "c.cmd", "d.bat", "e.cmd/"}
+            << QStringList{"PXE Kelpie_Scripts exist", "PXE script exist"}
+            << QStringList{folder + "A.CMD", folder + "b.cmd", folder + "c.cmd"};
+    }
+
+    void pxeScripts()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QStringList, log);
+        QFETCH(QStringList, started);
+        TestMachine m;
+        for (const QString &f : files) {
+            if (f.endsWith('/'))
+                QVERIFY(QDir().mkpath(m.folder() + "/" + scripts + f));
+            else
+                m.write(scripts + f, "@echo off\r\n");
+        }
+        auto shell = makeShell();
+        shell->runPXEscripts();
+        QCOMPARE(logLines(m), log);
+        QStringList paths;
+        for (const QString &line : m.journal()) {
+            const QStringList f = line.split('\t');
+            if (f.first() != "startex")
+                continue;
+            QCOMPARE(f.mid(1, 2), QStringList({"12", "Open"}));
+            QCOMPARE(f.mid(4), QStringList({"", "", "1"}));   // no parameters, no directory, shown
+            paths << f.at(3);
+        }
+        QCOMPARE(paths, started);
+        QCOMPARE(journalOf(m, {"sleep"}), started.isEmpty() ? QStringList() : QStringList{"sleep 2000"});
+        QCOMPARE(journalOf(m, {"start"}), QStringList());   // not the plain service
+        // Only the last path is to be seen, and only until the next tick.
+        QLabel *label = formWidget<QLabel>(*shell, "label");
+        if (!started.isEmpty())
+            QCOMPARE(label->text(), "Starting script: " + started.last());
+        shell->hideWindow();
+        QVERIFY(!label->text().startsWith("Starting script") && !label->text().isEmpty());
+    }
+
+    void associationsScript()
+    {
+        const QString wd = "drives/X/Program Files/kelpie/";
+        {
+            // The values themselves are read back below; here the file as regedit takes it.
+            TestMachine m;
+            QVERIFY(QDir().mkpath(m.folder() + "/" + wd));
+            auto shell = makeShell();
+            shell->startRegScript();
+            const QByteArray reg = m.read(wd + "regApp.reg");
+            QVERIFY(reg.startsWith("Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CLASSES_ROOT\\.pdf]\r\n"));
+            QVERIFY(!reg.contains('\t'));
+            QCOMPARE(reg.count("\n"), reg.count("\r\n"));
+            QCOMPARE(m.read(wd + "stregapp.cmd"),
+                     QByteArray("REG IMPORT regApp.reg\r\ndel regApp.reg\r\ndel stregapp.cmd"));
+            QCOMPARE(journalOf(m, {"start"}), QStringList{"start open stregapp.cmd  1"});
+        }
+
+        // The script cannot be made: the registry text stays behind and nothing starts.
+        TestMachine n;
+        QVERIFY(QDir().mkpath(n.folder() + "/" + wd + "stregapp.cmd/"));
+        auto again = makeShell();
+        again->startRegScript();
+        QVERIFY(!n.read(wd + "regApp.reg").isEmpty());
+        QVERIFY(journalOf(n, {"start"}).isEmpty());
+    }
+
+    void associationsValues_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<quint32>("type");
+        QTest::addColumn<QString>("value");
+        // One row for each way a value is written out; the key count stands for the rest.
+        const char *const values[][4] = {
+            {".pdf", "", "1", "Sumatra.pdf"},
+            {".jpeg", "", "1", "paint_auto_file"},
+            {"pdffile", "", "1", "Text Document"},
+            {"pdffile", "EditFlags", "4", "65536"},
+            {"pdffile", "FriendlyTypeName", "2", "@%SystemRoot%\\system32\\notepad.exe,-469"},
+            {"pdffile\\shell\\printto\\command", "", "2",
+             "%SystemRoot%\\system32\\notepad.exe /pt \"%1\" \"%2\" \"%3\" \"%4\""},
+            {"pdffile\\_ShellEx\\{8895b1c6-b41f-4c1c-a562-0d564250836f}", "", "1",
+             "{1531d583-8375-4d3f-b5fb-d23bbd169f22}"},
+            {"paint_auto_file", "", "1", ""},
+            {"paint_auto_file\\shell\\open\\command", "", "2", "\"%systemroot%\\system32\\mspaint.exe\" \"%1\""},
+        };
+        for (const auto &v : values)
+            QTest::newRow(qPrintable(QString(v[0]) + ' ' + v[1]))
+                << QString(v[0]) << QString(v[1]) << QByteArray(v[2]).toUInt() << QString(v[3]);
+    }
+
+    void associationsValues()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, name);
+        QFETCH(quint32, type);
+        QFETCH(QString, value);
+        // Read back as regedit's format reads: the value, of its type, among 14 keys in all.
+        SimRegistry registry;
+        QVERIFY(registry.parse(taskrun::fileAssociationsText()));
+        const RegData d = registry.readValue("HKEY_CLASSES_ROOT\\" + key, name);
+        QVERIFY(d.found);
+        QCOMPARE(d.type, type);
+        QCOMPARE(type == win32::regDword ? QString::number(d.dword) : d.text, value);
+        QCOMPARE(registry.enumKeys("HKEY_CLASSES_ROOT").size(), 14);
+    }
 };
-
-void ActionsTest::locale_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QStringList>("effects");
-    const QString mui = "start open wpeutil.exe SetMuiLanguage %1 0";
-
-    QTest::newRow("15 gives -180") << QByteArray("TimeZone=15\r\n") << QStringList{"timezone -180"};
-    QTest::newRow("12 is UTC") << QByteArray("TimeZone=12") << QStringList{"timezone 0"};
-    QTest::newRow("abc gives 720") << QByteArray("TimeZone=abc\n") << QStringList{"timezone 720"};
-    QTest::newRow("a value past 32 bits is no number")
-        << QByteArray("TimeZone=99999999999\n") << QStringList{"timezone 720"};
-    QTest::newRow("the largest number wraps as the field does")
-        << QByteArray("TimeZone=2147483647\n") << QStringList{"timezone 780"};
-    QTest::newRow("every occurrence of the key is removed")
-        << QByteArray("TimeZone=1TimeZone=3\n") << QStringList{"timezone -60"};
-    QTest::newRow("a key counts anywhere in the line")
-        << QByteArray("; SetMuiLanguage=fr-FR\n") << QStringList{mui.arg("; fr-FR")};
-    QTest::newRow("every carriage return is removed")
-        << QByteArray("Set\rMuiLanguage=de-DE\r\r\n") << QStringList{mui.arg("de-DE")};
-    QTest::newRow("three keys, three hidden starts")
-        << QByteArray("SetMuiLanguage=en-US\nSetUserLocale=en-GB\nSetKeyboardLayout=0809:00000809\n")
-        << QStringList{mui.arg("en-US"), "start open wpeutil.exe SetUserLocale en-GB 0",
-                       "start open wpeutil.exe SetKeyboardLayout 0809:00000809 0"};
-    QTest::newRow("two keys in one line: the second sees the line without the first")
-        << QByteArray("TimeZone=3SetUserLocale=de-DE\n")
-        << QStringList{"timezone 720", "start open wpeutil.exe SetUserLocale 3de-DE 0"};
-    QTest::newRow("a value may hold the next key")
-        << QByteArray("SetMuiLanguage=en-USSetKeyboardLayout=0409\n")
-        << QStringList{mui.arg("en-USSetKeyboardLayout=0409"),
-                       "start open wpeutil.exe SetKeyboardLayout en-US0409 0"};
-    QTest::newRow("keys are case-sensitive, others skipped")
-        << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
-    QTest::newRow("an empty file") << QByteArray() << QStringList();
-    QTest::newRow("a later line is applied again")
-        << QByteArray("TimeZone=13\nTimeZone=11\n") << QStringList{"timezone -60", "timezone 60"};
-}
-
-void ActionsTest::locale()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(QStringList, effects);
-    TestMachine m;
-    m.write(envInit, file);
-    auto shell = makeShell();
-    QStringList seen;
-    for (const QString &line : journalOf(m, {"timezone", "start"}))
-        seen << line.section(' ', 0, line.startsWith("timezone") ? 1 : -1);
-    QCOMPARE(seen, effects);
-    QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
-}
-
-void ActionsTest::localeKeepsClockDaylightAndTheRestOfTheMachine()
-{
-    TestMachine m;
-    m.write("machine.ini", "; my machine\r\n[display]\r\ncurrent=800x600\r\n\r\n[time]\r\n"
-                           "localTime=2026-03-01 10:20:30.250\r\nbias=-60\r\nstandardName=Central\r\n"
-                           "daylightName=Central Summer\r\ndaylightBias=-60\r\n"
-                           "daylightDate=0,3,0,5,2,0,0,0\r\n\r\n[firewall]\r\nstate=on\r\n");
-    m.write(envInit, "TimeZone=15\n");
-    auto shell = makeShell();
-
-    // The clock is read before the zone is written and written back after it.
-    QCOMPARE(journalOf(m, {"timezone", "localtime"}),
-             QStringList({"timezone -180 0 -60 Central Central Summer",
-                          "localtime 2026-03-01 10:20:30.250"}));
-    const SimMachineFacts facts = m.sim->facts();
-    QCOMPARE(facts.value("time", "bias"), QString("-180"));
-    QCOMPARE(facts.value("time", "daylightBias"), QString("-60"));
-    QCOMPARE(facts.value("time", "daylightDate"), QString("0,3,0,5,2,0,0,0"));
-    QCOMPARE(facts.value("time", "localTime"), QString("2026-03-01 10:20:30.250"));
-    QCOMPARE(facts.currentMode.width, 800);
-    QCOMPARE(facts.firewall, QString("on"));
-    const QByteArray ini = m.read("machine.ini");
-    QVERIFY(ini.startsWith("; my machine\r\n[display]\r\ncurrent=800x600\r\n\r\n[time]\r\n"));
-    QVERIFY(ini.endsWith("\r\n\r\n[firewall]\r\nstate=on\r\n"));
-
-    TimeZoneInfo zone;
-    QCOMPARE(m.sim->timeZoneInformation(&zone), 1u);
-    QCOMPARE(zone.daylightName, QString("Central Summer"));
-}
-
-void ActionsTest::localeBadFiles()
-{
-    // A line too long for any value is passed over whole; the lines around it still count.
-    {
-        TestMachine m;
-        m.write(envInit, "TimeZone=13\n" + QByteArray(envinit::longestLine + 10, 'x')
-                             + "TimeZone=15\nSetUserLocale=fr-FR\n");
-        auto shell = makeShell();
-        QCOMPARE(journalOf(m, {"timezone", "start"}).size(), 2);
-        QVERIFY(journalOf(m, {"timezone"}).first().startsWith("timezone -60 "));
-        QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
-    }
-    // Binary bytes: nothing to apply, nothing broken, the file is gone.
-    {
-        TestMachine m;
-        QByteArray junk;
-        for (int i = 0; i < 70000; ++i)
-            junk += char((i * 7919) % 251);
-        m.write(envInit, junk);
-        auto shell = makeShell();
-        QVERIFY(journalOf(m, {"timezone", "localtime"}).isEmpty());
-        QVERIFY(!QFile::exists(m.folder() + "/" + envInit));
-    }
-    // No file: nothing at all.
-    TestMachine m;
-    auto shell = makeShell();
-    QVERIFY(journalOf(m, {"timezone", "localtime", "start"}).isEmpty());
-
-}
-
-void ActionsTest::driverTreeAndMenuEntries()
-{
-    TestMachine m;
-    for (const char *f : {"a.inf", "b.INF", "c.inf.bak", "README.txt", "Net/d.inf", "Net/Deep/e.inf"})
-        m.write(QString("drives/E/Drivers/") + f, "x");
-    QVERIFY(QFile::link(m.folder() + "/drives/E/Drivers", m.folder() + "/drives/E/Drivers/Net/back"));
-    auto shell = makeShell();
-    shell->loadDriver_new("E:\\Drivers\\");
-    QCOMPARE(journalOf(m, {"start"}),
-             QStringList({"start open InstallDriver.exe \"E:\\Drivers\\a.inf\" /exit-if-ok 1",
-                          "start open InstallDriver.exe \"E:\\Drivers\\b.INF\" /exit-if-ok 1",
-                          "start open InstallDriver.exe \"E:\\Drivers\\Net\\d.inf\" /exit-if-ok 1",
-                          "start open InstallDriver.exe \"E:\\Drivers\\Net\\Deep\\e.inf\" /exit-if-ok 1"}));
-    const int before = m.journal().size();
-    shell->loadDriver_new("E:\\Missing\\");
-    QCOMPARE(m.journal().size(), before);
-
-    // "Load Driver" and "Run..." of the main menu start their programs, nothing waited for.
-    shell->loadDriverAction->trigger();
-    shell->runAction->trigger();
-    QCOMPARE(journalOf(m, {"start"}).mid(4), QStringList({"start open InstallDriver.exe  1",
-                                                         "start open RunTask.exe  1"}));
-}
-
-void ActionsTest::pxeScripts_data()
-{
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QStringList>("log");
-    QTest::addColumn<QStringList>("started");
-    const QString folder = "X:\\Program Files\\kelpie\\Kelpie_Scripts\\";
-
-    QTest::newRow("no folder") << QStringList() << QStringList{"PXE Kelpie_Scripts not exist"}
-                               << QStringList();
-    QTest::newRow("empty folder, no pause")
-        << QStringList{"notes.txt", "Sub/"}
-        << QStringList{"PXE Kelpie_Scripts exist", "PXE script not exist"} << QStringList();
-    QTest::newRow("three scripts after one pause, by name ignoring case")
-        << QStringList{"b.cmd", "A.CMD", "c.cmd", "d.bat", "e.cmd/"}
-        << QStringList{"PXE Kelpie_Scripts exist", "PXE script exist"}
-        << QStringList{folder + "A.CMD", folder + "b.cmd", folder + "c.cmd"};
-}
-
-void ActionsTest::pxeScripts()
-{
-    QFETCH(QStringList, files);
-    QFETCH(QStringList, log);
-    QFETCH(QStringList, started);
-    TestMachine m;
-    for (const QString &f : files) {
-        if (f.endsWith('/'))
-            QVERIFY(QDir().mkpath(m.folder() + "/" + scripts + f));
-        else
-            m.write(scripts + f, "@echo off\r\n");
-    }
-    auto shell = makeShell();
-    shell->runPXEscripts();
-    QCOMPARE(logLines(m), log);
-    QStringList paths;
-    for (const QString &line : m.journal()) {
-        const QStringList f = line.split('\t');
-        if (f.first() != "startex")
-            continue;
-        QCOMPARE(f.mid(1, 2), QStringList({"12", "Open"}));
-        QCOMPARE(f.mid(4), QStringList({"", "", "1"}));   // no parameters, no directory, shown
-        paths << f.at(3);
-    }
-    QCOMPARE(paths, started);
-    QCOMPARE(journalOf(m, {"sleep"}), started.isEmpty() ? QStringList() : QStringList{"sleep 2000"});
-    QCOMPARE(journalOf(m, {"start"}), QStringList());   // not the plain service
-}
-
-void ActionsTest::pxeLabelUntilTheNextTick()
-{
-    TestMachine m;
-    for (int i = 0; i < 1000; ++i)
-        m.write(scripts + QString("s%1.cmd").arg(i, 4, 10, QChar('0')), "");
-    auto shell = makeShell();
-    shell->runPXEscripts();
-    // A thousand scripts, one pause; the label shows the last one.
-    QCOMPARE(journalOf(m, {"sleep"}).size(), 1);
-    QCOMPARE(journalOf(m, {"startex"}).size(), 1000);
-    QCOMPARE(formWidget<QLabel>(*shell, "label")->text(),
-             QString("Starting script: X:\\Program Files\\kelpie\\Kelpie_Scripts\\s0999.cmd"));
-    shell->hideWindow();
-    QVERIFY(!formWidget<QLabel>(*shell, "label")->text().startsWith("Starting script"));
-    QVERIFY(!formWidget<QLabel>(*shell, "label")->text().isEmpty());
-}
-
-void ActionsTest::associationsScript()
-{
-    const QString wd = "drives/X/Program Files/kelpie/";
-    {
-    TestMachine m;
-    QVERIFY(QDir().mkpath(m.folder() + "/" + wd));
-    auto shell = makeShell();
-    shell->startRegScript();
-    const QByteArray reg = m.read(wd + "regApp.reg");
-    QVERIFY(reg.startsWith("Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CLASSES_ROOT\\.pdf]\r\n"
-                           "@=\"Sumatra.pdf\"\r\n\r\n[HKEY_CLASSES_ROOT\\.bmp]\r\n"));
-    QVERIFY(reg.contains("[HKEY_CLASSES_ROOT\\pdffile]\r\n@=\"Text Document\"\r\n"
-                         "\"EditFlags\"=dword:00010000\r\n\"FriendlyTypeName\"=hex(2):40,00,25,00,53,00,"));
-    QVERIFY(reg.contains("\r\n[HKEY_CLASSES_ROOT\\pdffile\\_ShellEx\\{8895b1c6-b41f-4c1c-a562-0d564250836f}]"
-                         "\r\n@=\"{1531d583-8375-4d3f-b5fb-d23bbd169f22}\"\r\n"));
-    QVERIFY(reg.contains("\r\n[HKEY_CLASSES_ROOT\\paint_auto_file]\r\n@=\"\"\r\n"));
-    QVERIFY(!reg.contains('\t'));
-    QCOMPARE(reg.count("\n"), reg.count("\r\n"));
-    QCOMPARE(m.read(wd + "stregapp.cmd"),
-             QByteArray("REG IMPORT regApp.reg\r\ndel regApp.reg\r\ndel stregapp.cmd"));
-    QCOMPARE(journalOf(m, {"start"}), QStringList{"start open stregapp.cmd  1"});
-    }
-
-    // The script cannot be made: the registry text stays behind and nothing starts.
-    TestMachine n;
-    QVERIFY(QDir().mkpath(n.folder() + "/" + wd + "stregapp.cmd/"));
-    auto again = makeShell();
-    again->startRegScript();
-    QVERIFY(!n.read(wd + "regApp.reg").isEmpty());
-    QVERIFY(journalOf(n, {"start"}).isEmpty());
-}
-
-void ActionsTest::associationsValues_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<quint32>("type");
-    QTest::addColumn<QString>("value");
-    const QList<QPair<QString, QString>> extensions = {
-        {".pdf", "Sumatra.pdf"},      {".bmp", "Honeyview.bmp"}, {".jpg", "Honeyview.jpg"},
-        {".jxr", "Honeyview.jxr"},    {".jpeg", "paint_auto_file"}, {".jpe", "Honeyview.jpe"},
-        {".jfif", "Honeyview.jpg"},   {".gif", "Honeyview.gif"},  {".tif", "Honeyview.tif"},
-        {".tiff", "Honeyview.tiff"},  {".png", "Honeyview.png"},  {".ico", "paint_auto_file"}};
-    for (const auto &e : extensions)
-        QTest::newRow(qPrintable(e.first)) << e.first << "" << win32::regSz << e.second;
-    const char *const values[][4] = {
-        {"pdffile", "", "1", "Text Document"},
-        {"pdffile", "EditFlags", "4", "65536"},
-        {"pdffile", "FriendlyTypeName", "2", "@%SystemRoot%\\system32\\notepad.exe,-469"},
-        {"pdffile\\shell\\open\\command", "", "2",
-         "X:\\Program Files\\ADOBE\\ACROBAT5.0\\READER\\ACRORD32.EXE %1"},
-        {"pdffile\\shell\\open\\_command", "", "2", "%SystemRoot%\\system32\\NOTEPAD.EXE %1"},
-        {"pdffile\\shell\\print\\command", "", "2", "%SystemRoot%\\system32\\NOTEPAD.EXE /p %1"},
-        {"pdffile\\shell\\printto\\command", "", "2",
-         "%SystemRoot%\\system32\\notepad.exe /pt \"%1\" \"%2\" \"%3\" \"%4\""},
-        {"pdffile\\_DefaultIcon", "", "2", "%SystemRoot%\\system32\\imageres.dll,-102"},
-        {"pdffile\\_ShellEx\\{8895b1c6-b41f-4c1c-a562-0d564250836f}", "", "1",
-         "{1531d583-8375-4d3f-b5fb-d23bbd169f22}"},
-        {"paint_auto_file", "", "1", ""},
-        {"paint_auto_file\\shell\\edit\\command", "", "2", "\"%systemroot%\\system32\\mspaint.exe\" \"%1\""},
-        {"paint_auto_file\\shell\\open\\command", "", "2", "\"%systemroot%\\system32\\mspaint.exe\" \"%1\""},
-    };
-    for (const auto &v : values)
-        QTest::newRow(qPrintable(QString(v[0]) + ' ' + v[1]))
-            << QString(v[0]) << QString(v[1]) << QByteArray(v[2]).toUInt() << QString(v[3]);
-}
-
-void ActionsTest::associationsValues()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, name);
-    QFETCH(quint32, type);
-    QFETCH(QString, value);
-    // Read back as regedit's format reads: every documented value, of its type, and no other.
-    SimRegistry registry;
-    QVERIFY(registry.parse(taskrun::fileAssociationsText()));
-    const RegData d = registry.readValue("HKEY_CLASSES_ROOT\\" + key, name);
-    QVERIFY(d.found);
-    QCOMPARE(d.type, type);
-    QCOMPARE(type == win32::regDword ? QString::number(d.dword) : d.text, value);
-    QCOMPARE(registry.enumKeys("HKEY_CLASSES_ROOT").size(), 14);
-}
 
 KELPIE_TEST_MAIN(ActionsTest)
 #include "tst_actions.moc"

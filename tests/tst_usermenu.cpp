@@ -1,17 +1,16 @@
 // The User Programs menu: the tree it mirrors from the start menu folder, its entries' starts and
-// icons, and the remove button's road, on simulated machines built per test.
+// icons, and the remove button's road.
 
 #include "testmachine.h"
 #include "testmain.h"
+#include "testshell.h"
 #include "platform/sim/simshared.h"
 
 #include "desktop/dektopwidget.h"
-#include "launcher/my_action.h"
 #include "launcher/my_useraction.h"
 #include "launcher/mymenu.h"
 #include "my_shell1/globals.h"
 #include "my_shell1/my_shell1.h"
-#include "testshell.h"
 
 #include <QAbstractButton>
 #include <QMessageBox>
@@ -20,16 +19,16 @@
 
 namespace {
 
-// The file itself: on Windows the toolkit calls a shortcut absent when its target is.
-bool onDisk(const QString &path)
-{
-    return sim::present(QFileInfo(path));
-}
-
 const QString programs =
     QStringLiteral("drives/X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
 const QString savedPrograms = QStringLiteral(
     "drives/E/Start Menu.1/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/");
+
+// The file itself: on Windows the toolkit calls a shortcut absent when its target is.
+bool onDisk(const TestMachine &m, const QString &relative)
+{
+    return sim::present(QFileInfo(m.folder() + QLatin1Char('/') + relative));
+}
 
 // Entries ending in "/" are empty folders.
 void writeTree(TestMachine &m, const QStringList &entries)
@@ -46,12 +45,8 @@ void writeTree(TestMachine &m, const QStringList &entries)
 QString treeOf(const QMenu *menu)
 {
     QStringList parts;
-    for (const QAction *a : menu->actions()) {
-        if (a->menu())
-            parts << a->text() + QLatin1Char('[') + treeOf(a->menu()) + QLatin1Char(']');
-        else
-            parts << a->text();
-    }
+    for (const QAction *a : menu->actions())
+        parts << (a->menu() ? a->text() + QLatin1Char('[') + treeOf(a->menu()) + QLatin1Char(']') : a->text());
     return parts.join(QStringLiteral(", "));
 }
 
@@ -65,35 +60,33 @@ QStringList mainTexts(const my_shell1 &shell)
 
 my_userAction *entryNamed(const QMenu *menu, const QString &text)
 {
-    for (QAction *a : menu->actions()) {
+    for (QAction *a : menu->actions())
         if (a->text() == text)
             return qobject_cast<my_userAction *>(a);
-    }
     return nullptr;
 }
 
-// Answers the next message box with the given button and records what it asked.
-struct Box {
-    bool shown = false;
-    QString title;
-    QString text;
-    QMessageBox::StandardButtons buttons;
-    bool hadParent = false;
-};
-
-void answerBox(Box *seen, QMessageBox::StandardButton answer)
+// Answers the next message box with the given button; "title|text|buttons", "|parented" if it had one.
+void answerBox(QString *seen, QMessageBox::StandardButton answer)
 {
+    seen->clear();
     QTimer::singleShot(0, [seen, answer]() {
         QMessageBox *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (!box)
             return;
-        *seen = {true, box->windowTitle(), box->text(), box->standardButtons(),
-                 box->parentWidget() != nullptr};
+        *seen = box->windowTitle() + '|' + box->text() + '|' + QString::number(int(box->standardButtons()))
+                + (box->parentWidget() ? "|parented" : "");
         // The static question reads the button clicked, not the dialog's result.
         box->button(answer)->click();
     });
 }
 
+// Hovers the entry so that the remove button stands for it, as the menu's own hover would.
+void hoverEntry(QMenu *menu, const QString &text)
+{
+    menu->popup(QPoint(100, 100));
+    entryNamed(menu, text)->hover();
+}
 
 } // namespace
 
@@ -103,285 +96,217 @@ class UserMenuTest : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void tree_data();
-    void tree();
-    void entryPlaceInMainMenu();
-    void entriesStartAndBearShellIcons();
-    void badTrees();
-    void removeButtonFollowsHover();
-    void remove_data();
-    void remove();
-    void staleButtonDoesNothing();
-    void littleMenuIsBuiltAndUnused();
-};
+    void tree_data()
+    {
+        QTest::addColumn<QStringList>("entries");
+        QTest::addColumn<QString>("tree");
 
-void UserMenuTest::tree_data()
-{
-    QTest::addColumn<QStringList>("entries");
-    QTest::addColumn<QString>("tree");
+        QTest::newRow("desktop.ini passed over at every level")
+            << QStringList{"desktop.ini", "Tools/DESKTOP.INI", "Tools/a.lnk", "OnlyIni/desktop.ini"} << "Tools[a]";
+        QTest::newRow("power at the top only, files and folders")
+            << QStringList{"Power Options.lnk", "PowerTools/x.lnk", "b.lnk", "Tools/Power Options.lnk"}
+            << "b, Tools[Power Options]";
+        QTest::newRow("the .lnk cut is case-sensitive and at the first one")
+            << QStringList{"App.LNK", "App.lnk.bak", "Note.txt", "x.lnk.lnk"} << "App.LNK, App, Note.txt, x";
+        QTest::newRow("files and folders mixed by name ignoring case")
+            << QStringList{"beta.lnk", "Alpha/a.lnk", "gamma.lnk", ".hidden.lnk"} << ".hidden, Alpha[a], beta, gamma";
+        QTest::newRow("a top folder of empty folders shows nothing")
+            << QStringList{"Hollow/Deeper/", "Hollow/Other/", "z.lnk"} << "z";
+        QTest::newRow("below the top an empty folder is an empty menu, a deep file counts")
+            << QStringList{"Mixed/a.lnk", "Mixed/Empty/", "Mixed/Full/Inner/b.lnk"}
+            << "Mixed[a, Empty[], Full[Inner[b]]]";
+    }
 
-    QTest::newRow("desktop.ini passed over at every level")
-        << QStringList{"desktop.ini", "Tools/DESKTOP.INI", "Tools/a.lnk", "OnlyIni/desktop.ini"}
-        << "Tools[a]";
-    QTest::newRow("power at the top only, files and folders")
-        << QStringList{"Power Options.lnk", "PowerTools/x.lnk", "b.lnk", "Tools/Power Options.lnk"}
-        << "b, Tools[Power Options]";
-    QTest::newRow("the .lnk cut is case-sensitive and at the first one")
-        << QStringList{"App.LNK", "App.lnk.bak", "Note.txt", "x.lnk.lnk"}
-        << "App.LNK, App, Note.txt, x";
-    QTest::newRow("files and folders mixed by name ignoring case")
-        << QStringList{"beta.lnk", "Alpha/a.lnk", "gamma.lnk", ".hidden.lnk"}
-        << ".hidden, Alpha[a], beta, gamma";
-    QTest::newRow("a top folder of empty folders shows nothing")
-        << QStringList{"Hollow/Deeper/", "Hollow/Other/", "z.lnk"} << "z";
-    QTest::newRow("an empty folder below the top shows as an empty menu")
-        << QStringList{"Mixed/a.lnk", "Mixed/Empty/", "Mixed/Full/Inner/b.lnk"}
-        << "Mixed[a, Empty[], Full[Inner[b]]]";
-    QTest::newRow("a file deep down makes its top folder count")
-        << QStringList{"Deep/One/Two/c.lnk"} << "Deep[One[Two[c]]]";
-}
+    void tree()
+    {
+        QFETCH(QStringList, entries);
+        QFETCH(QString, tree);
+        TestMachine m;
+        writeTree(m, entries);
+        auto shell = makeShell();
+        QCOMPARE(treeOf(shell->userMenu), tree);
+        // A refresh empties and fills the same menu again, in its place between the configured
+        // entries and "Run...".
+        shell->refreshClicked();
+        QCOMPARE(treeOf(shell->userMenu), tree);
+        QCOMPARE(mainTexts(*shell).join(','),
+                 QString("About Kelpie,-,User Programs,-,Run...,Load Driver,Turn Off Computer"));
+    }
 
-void UserMenuTest::tree()
-{
-    QFETCH(QStringList, entries);
-    QFETCH(QString, tree);
-    TestMachine m;
-    writeTree(m, entries);
-    auto shell = makeShell();
-    QVERIFY(shell->userMenu);
-    QCOMPARE(treeOf(shell->userMenu), tree);
+    void entryPlaceInMainMenu()
+    {
+        // desktop.ini alone gives no entry; once a file comes, the entry comes below "Turn Off Computer".
+        TestMachine m;
+        writeTree(m, {"desktop.ini"});
+        auto shell = makeShell();
+        QVERIFY(!shell->userMenu);
+        QVERIFY(!mainTexts(*shell).contains("User Programs"));
+        writeTree(m, {"Late.lnk"});
+        shell->refreshClicked();
+        QCOMPARE(mainTexts(*shell).mid(4), QStringList({"Load Driver", "Turn Off Computer", "User Programs"}));
 
-    // A refresh empties and fills the same menu again->
-    shell->refreshClicked();
-    QCOMPARE(treeOf(shell->userMenu), tree);
-    QCOMPARE(mainTexts(*shell).count("User Programs"), 1);
-}
+        // The file goes: the menu empties but stays in place; the folder goes: it stands as it was.
+        QVERIFY(QFile::remove(m.folder() + "/" + programs + "Late.lnk"));
+        shell->refreshClicked();
+        QVERIFY(shell->userMenu->actions().isEmpty());
+        QVERIFY(mainTexts(*shell).contains("User Programs"));
+        writeTree(m, {"Back.lnk"});
+        shell->refreshClicked();
+        QVERIFY(QDir(m.folder() + "/" + programs).removeRecursively());
+        shell->refreshClicked();
+        QCOMPARE(treeOf(shell->userMenu), QString("Back"));
+    }
 
-void UserMenuTest::entryPlaceInMainMenu()
-{
-    // With entries at start, the menu stands between the configured entries and "Run...".
+    void entriesStartAndBearShellIcons()
     {
         TestMachine m;
-        writeTree(m, {"a.lnk"});
+        writeTree(m, {"Tool.lnk", "Tools/Viewer.exe"});
         auto shell = makeShell();
-        QCOMPARE(mainTexts(*shell), QStringList({"About Kelpie", "-", "User Programs", "-", "Run...",
-                                                "Load Driver", "Turn Off Computer"}));
-        QCOMPARE(shell->menuActions.last()->id, -10);
+        my_userAction *tool = entryNamed(shell->userMenu, "Tool");
+        // The shell's icon for the name, not the toolkit's.
+        QCOMPARE(tool->icon().pixmap(32, 32).toImage(),
+                 QPixmap::fromImage(m.sim->shellIcon(startMenuPath + "Tool.lnk")).toImage());
+        my_userAction *viewer = entryNamed(shell->userMenu->actions().at(1)->menu(), "Viewer.exe");
+        QVERIFY(viewer->icon().pixmap(32, 32).toImage() != tool->icon().pixmap(32, 32).toImage());
+
+        tool->trigger();
+        QCOMPARE(m.journal().last(),
+                 QString("start\topen\tX:\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\Start "
+                         "Menu\\Programs\\Tool.lnk\t\t1"));
+
+        // A file gone between the listing and the click: startLink tells the user.
+        QVERIFY(QFile::remove(m.folder() + "/" + programs + "Tools/Viewer.exe"));
+        QString box;
+        answerBox(&box, QMessageBox::Ok);
+        viewer->trigger();
+        QVERIFY(box.contains("The specified file was not found."));
+
+        // An icon that cannot be had leaves the entry without one.
+        m.facts("shell", "icons=0");
+        shell->refreshClicked();
+        QVERIFY(entryNamed(shell->userMenu, "Tool")->icon().isNull());
     }
-    // A folder with desktop.ini alone gives no entry; once a file comes, the entry comes at the
-    // very end, below "Turn Off Computer".
-    TestMachine m;
-    writeTree(m, {"desktop.ini"});
-    auto shell = makeShell();
-    QVERIFY(!shell->userMenu);
-    QVERIFY(!mainTexts(*shell).contains("User Programs"));
-    writeTree(m, {"Late.lnk"});
-    shell->refreshClicked();
-    QCOMPARE(mainTexts(*shell).mid(4), QStringList({"Load Driver", "Turn Off Computer", "User Programs"}));
-    QCOMPARE(treeOf(shell->userMenu), QString("Late"));
 
-    // The file goes: the menu empties but stays in place; the folder goes: it stands as it was.
-    QVERIFY(QFile::remove(m.folder() + "/" + programs + "Late.lnk"));
-    shell->refreshClicked();
-    QVERIFY(shell->userMenu->actions().isEmpty());
-    QVERIFY(mainTexts(*shell).contains("User Programs"));
-    writeTree(m, {"Back.lnk"});
-    shell->refreshClicked();
-    QVERIFY(QDir(m.folder() + "/" + programs).removeRecursively());
-    shell->refreshClicked();
-    QCOMPARE(treeOf(shell->userMenu), QString("Back"));
-}
+    void badTrees()
+    {
+        TestMachine m;
+        // A hundred folders deep; a link back to the top is an entry, not a way round; names the local
+        // code page lacks.
+        QString deep;
+        for (int i = 0; i < 100; ++i)
+            deep += QString("d%1/").arg(i);
+        writeTree(m, {deep + "bottom.lnk", QString::fromUtf8("Редактор \xe2\x9c\x93.lnk")});
+        QVERIFY(QFile::link(m.folder() + "/" + programs, m.folder() + "/" + programs + "d0/loop"));
+        auto shell = makeShell();
 
-void UserMenuTest::entriesStartAndBearShellIcons()
-{
-    TestMachine m;
-    writeTree(m, {"Tool.lnk", "Tools/Viewer.exe"});
-    auto shell = makeShell();
-    my_userAction *tool = entryNamed(shell->userMenu, "Tool");
-    QVERIFY(tool);
-    QCOMPARE(tool->id, -10);
-    QCOMPARE(tool->path, startMenuPath + "Tool.lnk");
-    QCOMPARE(tool->ownerMenu, shell->userMenu);
-    QCOMPARE(tool->font().family(), QString("Tahoma"));
-    // The shell's icon for the name, not the toolkit's; folders take the toolkit's own.
-    QCOMPARE(tool->icon().pixmap(32, 32).toImage(),
-             QPixmap::fromImage(m.sim->shellIcon(startMenuPath + "Tool.lnk")).toImage());
-    QMenu *tools = shell->userMenu->actions().at(1)->menu();
-    my_userAction *viewer = entryNamed(tools, "Viewer.exe");
-    QCOMPARE(viewer->ownerMenu, tools);
-    QVERIFY(viewer->icon().pixmap(32, 32).toImage() != tool->icon().pixmap(32, 32).toImage());
-
-    tool->trigger();
-    QCOMPARE(m.journal().last(),
-             QString("start\topen\tX:\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\Start "
-                     "Menu\\Programs\\Tool.lnk\t\t1"));
-
-    // A file gone between the listing and the click: startLink tells the user.
-    QVERIFY(QFile::remove(m.folder() + "/" + programs + "Tools/Viewer.exe"));
-    Box box;
-    answerBox(&box, QMessageBox::Ok);
-    viewer->trigger();
-    QVERIFY(box.shown);
-    QVERIFY(box.text.contains("The specified file was not found."));
-
-    // An icon that cannot be had leaves the entry without one.
-    m.facts("shell", "icons=0");
-    shell->refreshClicked();
-    QVERIFY(entryNamed(shell->userMenu, "Tool")->icon().isNull());
-}
-
-void UserMenuTest::badTrees()
-{
-    TestMachine m;
-    // A hundred folders deep, each with one entry at the bottom.
-    QString deep;
-    for (int i = 0; i < 100; ++i)
-        deep += QString("d%1/").arg(i);
-    writeTree(m, {deep + "bottom.lnk"});
-    // A link back to the top is an entry, not a way round.
-    QVERIFY(QFile::link(m.folder() + "/" + programs, m.folder() + "/" + programs + "d0/loop"));
-    // Names the local code page lacks.
-    writeTree(m, {QString::fromUtf8("Редактор \xe2\x9c\x93.lnk")});
-    auto shell = makeShell();
-
-    QMenu *menu = shell->userMenu;
-    int depth = 0;
-    while (true) {
-        QAction *folder = nullptr;
-        for (QAction *a : menu->actions())
-            if (a->menu())
-                folder = a;
-        if (!folder)
-            break;
-        menu = folder->menu();
-        ++depth;
+        QCOMPARE(shell->userMenu->actions().last()->text(), QString::fromUtf8("Редактор \xe2\x9c\x93"));
+        QVERIFY(treeOf(shell->userMenu->actions().at(0)->menu()).endsWith("loop"));
+        const QMenu *menu = shell->userMenu;
+        for (int depth = 0; depth < 100; ++depth) {
+            menu = menu->actions().at(0)->menu();
+            QVERIFY(menu);
+        }
+        QCOMPARE(treeOf(menu), QString("bottom"));
     }
-    QCOMPARE(depth, 100);
-    QCOMPARE(treeOf(menu), QString("bottom"));
-    QVERIFY(treeOf(shell->userMenu->actions().at(0)->menu()).endsWith("loop"));
-    QCOMPARE(shell->userMenu->actions().last()->text(), QString::fromUtf8("Редактор \xe2\x9c\x93"));
-}
 
-void UserMenuTest::removeButtonFollowsHover()
-{
-    TestMachine m;
-    writeTree(m, {"a.lnk", "b.lnk"});
-    auto shell = makeShell();
-    QToolButton *button = shell->desktop->removeButton;
-    QTimer *timer = shell->desktop->removeTimer;
+    void removeButtonFollowsHover()
+    {
+        TestMachine m;
+        writeTree(m, {"a.lnk", "b.lnk"});
+        auto shell = makeShell();
+        QToolButton *button = shell->desktop->removeButton;
+        QTimer *timer = shell->desktop->removeTimer;
 
-    shell->userMenu->popup(QPoint(200, 100));
-    QVERIFY(QTest::qWaitForWindowExposed(shell->userMenu));
-    my_userAction *b = entryNamed(shell->userMenu, "b");
-    timer->start(200);
-    b->hover();
-    const QRect r = shell->userMenu->actionGeometry(b);
-    QCOMPARE(button->pos(), QPoint(shell->userMenu->x() + r.width() + r.x(), shell->userMenu->y() + r.y()));
-    QVERIFY(button->isVisible());
-    QVERIFY(!timer->isActive());
-    QCOMPARE(selectedUserAction, b);
+        shell->userMenu->popup(QPoint(200, 100));
+        QVERIFY(QTest::qWaitForWindowExposed(shell->userMenu));
+        my_userAction *b = entryNamed(shell->userMenu, "b");
+        timer->start(200);
+        b->hover();
+        const QRect r = shell->userMenu->actionGeometry(b);
+        QCOMPARE(button->pos(), QPoint(shell->userMenu->x() + r.width() + r.x(), shell->userMenu->y() + r.y()));
+        QVERIFY(button->isVisible());
+        QVERIFY(!timer->isActive());
+        QCOMPARE(selectedUserAction, b);
 
-    // Closing the menu starts the 200 ms timer; its timeout hides the button.
-    shell->userMenu->close();
-    QVERIFY(timer->isActive());
-    QCOMPARE(timer->interval(), 200);
-    QVERIFY(QMetaObject::invokeMethod(timer, "timeout"));
-    QVERIFY(button->isHidden());
+        // Closing the menu starts the timer; its timeout hides the button.
+        shell->userMenu->close();
+        QVERIFY(timer->isActive());
+        QVERIFY(QMetaObject::invokeMethod(timer, "timeout"));
+        QVERIFY(button->isHidden());
 
-    // An entry with no menu to measure against shows nothing.
-    my_userAction loose;
-    QSignalSpy spy(&loose, &my_userAction::showRemoveAction);
-    loose.enterEv();
-    QCOMPARE(spy.count(), 0);
-}
+        // An entry with no menu to measure against shows nothing.
+        my_userAction loose;
+        QSignalSpy spy(&loose, &my_userAction::showRemoveAction);
+        loose.enterEv();
+        QCOMPARE(spy.count(), 0);
+    }
 
-void UserMenuTest::remove_data()
-{
-    QTest::addColumn<QString>("letter");
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("fileGone");
-    QTest::addColumn<bool>("twinGone");
-    QTest::newRow("yes deletes the file and its saved twin") << "E" << int(QMessageBox::Yes) << true << true;
-    QTest::newRow("no leaves both files") << "E" << int(QMessageBox::No) << false << false;
-    QTest::newRow("without a saved volume only the file goes") << "" << int(QMessageBox::Yes) << true << false;
-}
+    void remove_data()
+    {
+        QTest::addColumn<QString>("letter");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("fileGone");
+        QTest::addColumn<bool>("twinGone");
+        QTest::newRow("yes deletes the file and its saved twin") << "E" << int(QMessageBox::Yes) << true << true;
+        QTest::newRow("no leaves both files") << "E" << int(QMessageBox::No) << false << false;
+        QTest::newRow("without a saved volume only the file goes") << "" << int(QMessageBox::Yes) << true << false;
+    }
 
-void UserMenuTest::remove()
-{
-    QFETCH(QString, letter);
-    QFETCH(int, answer);
-    QFETCH(bool, fileGone);
-    QFETCH(bool, twinGone);
-    TestMachine m;
-    writeTree(m, {"Tools/App.lnk", "Keep.lnk"});
-    m.write(savedPrograms + "Tools/App.lnk", "saved");
-    savedVolumeLetter = letter;
-    auto shell = makeShell();
-    QMenu *tools = shell->userMenu->actions().at(1)->menu();
-    tools->popup(QPoint(100, 100));
-    entryNamed(tools, "App")->hover();
-    tools->close();
+    void remove()
+    {
+        QFETCH(QString, letter);
+        QFETCH(int, answer);
+        QFETCH(bool, fileGone);
+        QFETCH(bool, twinGone);
+        TestMachine m;
+        writeTree(m, {"Tools/App.lnk", "Keep.lnk"});
+        m.write(savedPrograms + "Tools/App.lnk", "saved");
+        savedVolumeLetter = letter;
+        auto shell = makeShell();
+        QMenu *tools = shell->userMenu->actions().at(1)->menu();
+        hoverEntry(tools, "App");
+        tools->close();
 
-    Box box;
-    answerBox(&box, QMessageBox::StandardButton(answer));
-    emit shell->desktop->userProgram_Remove();
-    QVERIFY(box.shown);
-    QCOMPARE(box.title, QString("Confirmation"));
-    QCOMPARE(box.text, QString("Do you want to remove user menu item:\nApp?"));
-    QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::No);
-    QVERIFY(!box.hadParent);
+        QString box;
+        answerBox(&box, QMessageBox::StandardButton(answer));
+        emit shell->desktop->userProgram_Remove();
+        QCOMPARE(box, QString("Confirmation|Do you want to remove user menu item:\nApp?|%1")
+                          .arg(int(QMessageBox::Yes | QMessageBox::No)));
+        QCOMPARE(!onDisk(m, programs + "Tools/App.lnk"), fileGone);
+        QCOMPARE(!onDisk(m, savedPrograms + "Tools/App.lnk"), twinGone);
+        // A removal refreshes the menu: the emptied folder is gone from it.
+        QCOMPARE(treeOf(shell->userMenu), QString(fileGone ? "Keep" : "Keep, Tools[App]"));
+    }
 
-    QCOMPARE(!onDisk(m.folder() + "/" + programs + "Tools/App.lnk"), fileGone);
-    QCOMPARE(!onDisk(m.folder() + "/" + savedPrograms + "Tools/App.lnk"), twinGone);
-    QVERIFY(onDisk(m.folder() + "/" + programs + "Keep.lnk"));
-    // A removal refreshes the menu: the emptied folder is gone from it.
-    QCOMPARE(treeOf(shell->userMenu), QString(fileGone ? "Keep" : "Keep, Tools[App]"));
-}
+    void staleButtonDoesNothing()
+    {
+        TestMachine m;
+        writeTree(m, {"App.lnk"});
+        m.write(savedPrograms + "App.lnk", "saved");
+        savedVolumeLetter = "E";
+        auto shell = makeShell();
+        hoverEntry(shell->userMenu, "App");
+        shell->userMenu->close();
+        shell->refreshClicked();
 
-void UserMenuTest::staleButtonDoesNothing()
-{
-    TestMachine m;
-    writeTree(m, {"App.lnk"});
-    m.write(savedPrograms + "App.lnk", "saved");
-    savedVolumeLetter = "E";
-    auto shell = makeShell();
-    shell->userMenu->popup(QPoint(100, 100));
-    entryNamed(shell->userMenu, "App")->hover();
-    shell->userMenu->close();
-    shell->refreshClicked();
-    QVERIFY(!selectedUserAction);
+        QString box;
+        answerBox(&box, QMessageBox::Yes);
+        emit shell->desktop->userProgram_Remove();
+        QVERIFY(box.isEmpty());
+        QVERIFY(onDisk(m, programs + "App.lnk"));
+        QVERIFY(onDisk(m, savedPrograms + "App.lnk"));
+        QApplication::processEvents();   // the unanswered box watcher runs and finds nothing
 
-    Box box;
-    answerBox(&box, QMessageBox::Yes);
-    emit shell->desktop->userProgram_Remove();
-    QVERIFY(!box.shown);
-    QVERIFY(onDisk(m.folder() + "/" + programs + "App.lnk"));
-    QVERIFY(onDisk(m.folder() + "/" + savedPrograms + "App.lnk"));
-    QApplication::processEvents();   // the unanswered box watcher runs and finds nothing
-
-    // The file gone before the click: no refresh, but the twin still goes.
-    shell->userMenu->popup(QPoint(100, 100));
-    entryNamed(shell->userMenu, "App")->hover();
-    QVERIFY(QFile::remove(m.folder() + "/" + programs + "App.lnk"));
-    answerBox(&box, QMessageBox::Yes);
-    emit shell->desktop->userProgram_Remove();
-    QVERIFY(box.shown);
-    QVERIFY(!onDisk(m.folder() + "/" + savedPrograms + "App.lnk"));
-    QCOMPARE(treeOf(shell->userMenu), QString("App"));
-}
-
-void UserMenuTest::littleMenuIsBuiltAndUnused()
-{
-    TestMachine m;
-    my_userAction entry;
-    QCOMPARE(entry.contextMenu->actions(), QList<QAction *>({entry.startAction, entry.removeAction}));
-    QCOMPARE(entry.removeAction->text(), QString("Remove shortcut"));
-    QSignalSpy started(&entry, &my_userAction::actionClicked);
-    QSignalSpy removed(&entry, &my_userAction::removeItem_fromMenu);
-    entry.startAction->trigger();
-    entry.removeAction->trigger();
-    QCOMPARE(started.count() + removed.count(), 2);
-}
+        // The file gone before the click: no refresh, but the twin still goes.
+        hoverEntry(shell->userMenu, "App");
+        QVERIFY(QFile::remove(m.folder() + "/" + programs + "App.lnk"));
+        answerBox(&box, QMessageBox::Yes);
+        emit shell->desktop->userProgram_Remove();
+        QVERIFY(!box.isEmpty());
+        QVERIFY(!onDisk(m, savedPrograms + "App.lnk"));
+        QCOMPARE(treeOf(shell->userMenu), QString("App"));
+    }
+};
 
 KELPIE_TEST_MAIN(UserMenuTest)
 #include "tst_usermenu.moc"
