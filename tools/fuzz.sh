@@ -37,9 +37,9 @@ for t in "${targets[@]}"; do
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
     cov=$(grep -oE 'cov: [0-9]+ ft: [0-9]+' "$log" | tail -1)
     if [ "$rc" -eq 0 ]; then
-        printf 'fuzz.sh: %-12s ok      %s s, %s runs, %s\n' "$t" "$seconds" "${runs:-?}" "${cov:-?}"
+        printf 'fuzz.sh: %-18s ok      %s s, %s runs, %s\n' "$t" "$seconds" "${runs:-?}" "${cov:-?}"
     else
-        printf 'fuzz.sh: %-12s FAILED  (exit %s), see %s and %s\n' "$t" "$rc" "$log" "$out/artifacts/$t/" >&2
+        printf 'fuzz.sh: %-18s FAILED  (exit %s), see %s and %s\n' "$t" "$rc" "$log" "$out/artifacts/$t/" >&2
         grep -E '^(==[0-9]+==ERROR|SUMMARY|.*runtime error|.*ALARM|.*deadly signal)' "$log" | head -5 >&2 || true
         failed+=("$t")
     fi
