@@ -4,10 +4,27 @@
 #include "launcher/my_action.h"
 #include "launcher/mymenu.h"
 
+#include <QHash>
 #include <QIcon>
 
 void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
 {
+    // A large medium names the same few icons thousands of times: each file is looked at once.
+    // QIcon shares its data, so every entry still bears its own icon.
+    QHash<QString, QIcon> icons;
+    const auto icon = [&icons](const QString &path) {
+        auto it = icons.find(path);
+        if (it == icons.end())
+            it = icons.insert(path, QIcon(path));
+        return *it;
+    };
+    // The first sub-menu entry of each id, as a search from the front of menuActions finds it.
+    QHash<int, my_Action *> parentById;
+    for (my_Action *c : qAsConst(*parts.menuActions)) {
+        if (!parentById.contains(c->id))
+            parentById.insert(c->id, c);
+    }
+
     for (const MenuLine &m : pass.menu) {
         switch (m.kind) {
         case MenuLine::Separator:
@@ -22,9 +39,11 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
             auto *a = new my_Action(parts.owner);
             a->id = m.id;
             a->setText(m.text);
-            a->setIcon(QIcon(m.icon));
+            a->setIcon(icon(m.icon));
             a->setMenu(sub);
             parts.menuActions->append(a);
+            if (!parentById.contains(a->id))
+                parentById.insert(a->id, a);
             parts.mainMenu->addAction(a);
             break;
         }
@@ -32,7 +51,7 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
             auto *a = new my_Action(parts.owner);
             a->id = m.id;
             a->setText(m.text);
-            a->setIcon(QIcon(appstart::menuIconPath(m.icon)));
+            a->setIcon(icon(appstart::menuIconPath(m.icon)));
             a->setFont(menuFont());
             a->hint = m.hint;
             if (parts.startApp)
@@ -41,13 +60,7 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
                 parts.mainMenu->addAction(a);
                 parts.appList->append({a->id, m.path, m.params});
             } else if (m.parentId > 0) {
-                my_Action *parent = nullptr;
-                for (my_Action *c : *parts.menuActions) {
-                    if (c->id == m.parentId) {
-                        parent = c;
-                        break;
-                    }
-                }
+                my_Action *parent = parentById.value(m.parentId);
                 // Parents are known by the lines above only: the file is read in one pass.
                 if (!parent) {
                     delete a;

@@ -8,9 +8,14 @@ bool nextLine(QIODevice &file, QString *line)
 {
     if (file.atEnd())
         return false;
-    const QByteArray raw = file.readLine(maxLineBytes);
+    // In pieces: readLine(n) makes a buffer of n bytes first, and the whole limit for every
+    // line of a file cost a megabyte's allocation each.
+    const qint64 piece = 4096;
+    QByteArray raw = file.readLine(piece);
+    while (!raw.endsWith('\n') && !file.atEnd() && raw.size() < maxLineBytes - 1)
+        raw += file.readLine(qMin(piece, maxLineBytes - raw.size()));
     if (!raw.endsWith('\n')) {
-        while (!file.atEnd() && !file.readLine(maxLineBytes).endsWith('\n')) {
+        while (!file.atEnd() && !file.readLine(piece).endsWith('\n')) {
         }
     }
     *line = QString::fromUtf8(raw);

@@ -332,10 +332,25 @@ private slots:
         m.sim->unregisterHotKey(7, 1);
         m.send("hotkey 1");
         QCOMPARE(got.size(), 5);
-        // The timer delivers by itself.
-        append(m, "inbox.txt", "copydata 1 timer\n");
-        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 6, 2000);
-        QCOMPARE(got.last(), QStringLiteral("copydata 1 [timer]"));
+        // The watch on the file delivers by itself, also after the file was replaced.
+        append(m, "inbox.txt", "copydata 1 watched\n");
+        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 6, 5000);
+        QCOMPARE(got.last(), QStringLiteral("copydata 1 [watched]"));
+        m.write("inbox.new", "copydata 1 replaced\n");
+        QVERIFY(QFile::remove(m.folder() + "/inbox.txt"));
+        QVERIFY(QFile::rename(m.folder() + "/inbox.new", m.folder() + "/inbox.txt"));
+        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 7, 5000);
+        QCOMPARE(got.last(), QStringLiteral("copydata 1 [replaced]"));
+    }
+
+    void watchesAnInboxMadeLater()
+    {
+        TestMachine m;
+        QStringList texts;
+        m.sim->setMessageSink([&texts](const NativeMessage &msg) { texts.append(msg.text); });
+        QCoreApplication::processEvents();
+        m.write("inbox.txt", "copydata 1 first\n");
+        QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList{"first"}, 5000);
     }
 
     void deliversKeyEventsWithModifiers()

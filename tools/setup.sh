@@ -8,6 +8,7 @@ packages=(
     g++-mingw-w64-x86-64-posix xz-utils                    # Windows cross build
     wine wine64 fonts-wine                                 # running the Windows build
     xvfb xauth xdotool imagemagick x11-utils               # end-to-end run on a virtual display
+    clang-14 libclang-rt-14-dev llvm-14                    # fuzzing and the sanitizer stage
     python3                                                # the update tests' HTTP server
 )
 

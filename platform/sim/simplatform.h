@@ -14,6 +14,7 @@
 #include <QSet>
 #include <memory>
 
+class QFileSystemWatcher;
 class QTimer;
 
 class SimPlatform : public Platform {
@@ -42,8 +43,8 @@ public:
     QString firewallState() const;   // "on", "off", "unavailable"
 
     // --- inbox and keys ---
-    // Reads what was appended to inbox.txt since the last poll and delivers it. A timer calls
-    // this every 200 ms once a sink or hook is set; tests may call it directly.
+    // Reads what was appended to inbox.txt since the last poll and delivers it. Called whenever
+    // the file or the machine folder changes once a sink or hook is set; tests may call it directly.
     void pollInbox();
     bool hotKeyRegistered(int id) const;
     bool keyboardHookInstalled() const;
@@ -150,7 +151,7 @@ private:
     qint64 freeBytes(QChar letter) const;
     // What a started program leaves behind on the drives, as machine.ini's [start.<name>] says.
     void leaveBehind(const QString &file);
-    void startInboxTimer();
+    void startInboxWatch();
 
     QString m_root;            // absolute, clean
     QString m_drivesPrefix;    // m_root + "/drives/"
@@ -184,7 +185,8 @@ private:
     QHash<int, QPair<quint32, quint32>> m_hotKeys;   // id -> (modifiers, vk)
     std::function<bool(const KeyHookEvent &)> m_hook;
     std::function<void(const NativeMessage &)> m_sink;
-    std::unique_ptr<QTimer> m_inboxTimer;
+    std::unique_ptr<QFileSystemWatcher> m_inboxWatch;
+    std::unique_ptr<QTimer> m_inboxTimer;   // polls only where the folder cannot be watched
     qint64 m_inboxOffset = 0;
     QSet<int> m_heldKeys;      // virtual keys held while an inbox key event is delivered
 };

@@ -4,6 +4,8 @@
 #include "platform/win32values.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QTimer>
 
 using namespace sim;
@@ -35,7 +37,7 @@ bool SimPlatform::installKeyboardHook(std::function<bool(const KeyHookEvent &)> 
 {
     appendJournal({QStringLiteral("installhook")});
     m_hook = std::move(handler);
-    startInboxTimer();
+    startInboxWatch();
     return true;
 }
 
@@ -58,17 +60,34 @@ NativeMessage SimPlatform::decodeNativeMessage(const QByteArray &, void *)
 void SimPlatform::setMessageSink(std::function<void(const NativeMessage &)> sink)
 {
     m_sink = std::move(sink);
-    startInboxTimer();
+    startInboxWatch();
 }
 
-void SimPlatform::startInboxTimer()
+void SimPlatform::startInboxWatch()
 {
-    if (m_inboxTimer)
+    if (m_inboxWatch || m_inboxTimer)
         return;
-    m_inboxTimer.reset(new QTimer);
-    m_inboxTimer->setInterval(200);
-    QObject::connect(m_inboxTimer.get(), &QTimer::timeout, [this] { pollInbox(); });
-    m_inboxTimer->start();
+    // The file is watched rather than polled, so an idle shell is not woken five times a second.
+    // The folder is watched too: the file may not exist yet, or be replaced by a new one.
+    m_inboxWatch.reset(new QFileSystemWatcher);
+    if (!m_inboxWatch->addPath(m_root)) {
+        m_inboxWatch.reset();
+        m_inboxTimer.reset(new QTimer);
+        m_inboxTimer->setInterval(200);
+        QObject::connect(m_inboxTimer.get(), &QTimer::timeout, [this] { pollInbox(); });
+        m_inboxTimer->start();
+        return;
+    }
+    const auto changed = [this] {
+        const QString inbox = m_root + kInbox;
+        if (QFileInfo::exists(inbox) && !m_inboxWatch->files().contains(inbox))
+            m_inboxWatch->addPath(inbox);
+        pollInbox();
+    };
+    QObject::connect(m_inboxWatch.get(), &QFileSystemWatcher::directoryChanged, changed);
+    QObject::connect(m_inboxWatch.get(), &QFileSystemWatcher::fileChanged, changed);
+    // What came after the machine came up and before this watch began, once the caller is done.
+    QTimer::singleShot(0, m_inboxWatch.get(), changed);
 }
 
 void SimPlatform::pollInbox()

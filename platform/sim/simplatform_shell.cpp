@@ -444,42 +444,45 @@ bool SimPlatform::writeMachineIni(const QString &section, const QList<QPair<QStr
         content = f.isOpen() ? f.readAll() : QByteArray();
     }
     const bool crlf = content.contains("\r\n");
-    QStringList lines = QString::fromUtf8(content).split(QLatin1Char('\n'));
-    for (QString &l : lines) {
-        if (l.endsWith(QLatin1Char('\r')))
+    // Lines stay bytes: a line the shell does not change goes back exactly as it stood, whatever
+    // its encoding.
+    QList<QByteArray> lines = content.split('\n');
+    for (QByteArray &l : lines) {
+        if (l.endsWith('\r'))
             l.chop(1);
     }
     if (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
+    const auto text = [&lines](int i) { return QString::fromUtf8(lines.at(i)).trimmed(); };
 
     // The section's lines: from its header to the next header. The last header of that name
     // counts, as the reader lets a later line win.
     int begin = -1;
     for (int i = 0; i < lines.size(); ++i) {
-        const QString t = lines.at(i).trimmed();
+        const QString t = text(i);
         if (t.startsWith(QLatin1Char('[')) && t.endsWith(QLatin1Char(']'))
             && t.mid(1, t.size() - 2).trimmed().compare(section, Qt::CaseInsensitive) == 0)
             begin = i;
     }
     if (begin < 0) {
-        if (!lines.isEmpty() && !lines.last().trimmed().isEmpty())
-            lines.append(QString());
-        lines.append(QLatin1Char('[') + section + QLatin1Char(']'));
+        if (!lines.isEmpty() && !text(lines.size() - 1).isEmpty())
+            lines.append(QByteArray());
+        lines.append((QLatin1Char('[') + section + QLatin1Char(']')).toUtf8());
         begin = lines.size() - 1;
     }
     int end = begin + 1;
     while (end < lines.size()) {
-        const QString t = lines.at(end).trimmed();
+        const QString t = text(end);
         if (t.startsWith(QLatin1Char('[')) && t.endsWith(QLatin1Char(']')))
             break;
         ++end;
     }
 
     for (const auto &kv : values) {
-        const QString line = kv.first + QLatin1Char('=') + kv.second;
+        const QByteArray line = (kv.first + QLatin1Char('=') + kv.second).toUtf8();
         bool replaced = false;
         for (int i = begin + 1; i < end; ++i) {
-            const QString t = lines.at(i).trimmed();
+            const QString t = text(i);
             const int eq = t.indexOf(QLatin1Char('='));
             if (eq > 0 && !t.startsWith(QLatin1Char(';')) && !t.startsWith(QLatin1Char('#'))
                 && t.left(eq).trimmed().compare(kv.first, Qt::CaseInsensitive) == 0) {
@@ -491,16 +494,19 @@ bool SimPlatform::writeMachineIni(const QString &section, const QList<QPair<QStr
             continue;
         // After the section's last non-empty line, so a blank line before the next header stays.
         int at = end;
-        while (at > begin + 1 && lines.at(at - 1).trimmed().isEmpty())
+        while (at > begin + 1 && text(at - 1).isEmpty())
             --at;
         lines.insert(at, line);
         ++end;
     }
 
-    const QString eol = crlf ? QStringLiteral("\r\n") : QStringLiteral("\n");
+    const QByteArray eol = crlf ? QByteArray("\r\n") : QByteArray("\n");
     QSaveFile out(path);
     if (!out.open(QIODevice::WriteOnly))
         return false;
-    out.write((lines.join(eol) + eol).toUtf8());
+    QByteArray joined;
+    for (const QByteArray &l : qAsConst(lines))
+        joined += l + eol;
+    out.write(joined);
     return out.commit();
 }

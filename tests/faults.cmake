@@ -1,0 +1,1 @@
+kelpie_test(faults kelpie_core kelpie_resources)
