@@ -4,6 +4,7 @@
 
 #include "platform/shelllink/shelllink.h"
 #include "platform/sim/simplatform.h"
+#include "platform/sim/simshared.h"
 
 #include <QDir>
 #include <QFile>
@@ -208,3 +209,9 @@ private:
     QMap<QString, QByteArray> m_sections;
     QByteArray m_rawIni, m_rawRegistry;   // the network block's own text
 };
+
+// The file itself: on Windows the toolkit calls a shortcut absent when its target is.
+inline bool onDisk(const TestMachine &m, const QString &relative)
+{
+    return sim::present(QFileInfo(m.folder() + QLatin1Char('/') + relative));
+}

@@ -35,3 +35,23 @@ T *formWidget(const QObject &owner, const char *name)
         QTEST_SET_MAIN_SOURCE_PATH                                   \
         return QTest::qExec(&tc, argc, argv);                        \
     }
+
+// Answers the next message box with `answer` and records "title|text|buttons", "|parented" if it
+// had a parent. A click, since the static question reads the button clicked, not the result.
+#include <QMessageBox>
+#include <QTimer>
+inline void answerBox(QString *seen, QMessageBox::StandardButton answer = QMessageBox::Ok)
+{
+    seen->clear();
+    QTimer::singleShot(0, [seen, answer]() {
+        QMessageBox *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        *seen = box->windowTitle() + '|' + box->text() + '|' + QString::number(int(box->standardButtons()))
+                + (box->parentWidget() ? "|parented" : "");
+        if (QAbstractButton *b = box->button(answer))
+            b->click();
+        else
+            box->done(answer);
+    });
+}

@@ -36,7 +36,6 @@ QStringList logLines(const TestMachine &m)
     return QString::fromLocal8Bit(m.read("drives/X/init.log")).split("\r\n", Qt::SkipEmptyParts);
 }
 
-
 } // namespace
 
 class ActionsTest : public QObject {
@@ -50,19 +49,13 @@ private slots:
         QTest::addColumn<QByteArray>("file");
         QTest::addColumn<QStringList>("effects");
         const QString mui = "start open wpeutil.exe SetMuiLanguage %1 0";
-
         QTest::newRow("15 gives -180") << QByteArray("TimeZone=15\r\n") << QStringList{"timezone -180"};
         QTest::newRow("abc gives 720") << QByteArray("TimeZone=abc\n") << QStringList{"timezone 720"};
-        QTest::newRow("a value past 32 bits is no number")
-            << QByteArray("TimeZone=99999999999\n") << QStringList{"timezone 720"};
-        QTest::newRow("the largest number wraps as the field does")
-            << QByteArray("TimeZone=2147483647\n") << QStringList{"timezone 780"};
-        QTest::newRow("every occurrence of the key is removed")
-            << QByteArray("TimeZone=1TimeZone=3\n") << QStringList{"timezone -60"};
-        QTest::newRow("a key counts anywhere in the line")
-            << QByteArray("; SetMuiLanguage=fr-FR\n") << QStringList{mui.arg("; fr-FR")};
-        QTest::newRow("every carriage return is removed")
-            << QByteArray("Set\rMuiLanguage=de-DE\r\r\n") << QStringList{mui.arg("de-DE")};
+        QTest::newRow("a value past 32 bits is no number") << QByteArray("TimeZone=99999999999\n") << QStringList{"timezone 720"};
+        QTest::newRow("the largest number wraps as the field does") << QByteArray("TimeZone=2147483647\n") << QStringList{"timezone 780"};
+        QTest::newRow("every occurrence of the key is removed") << QByteArray("TimeZone=1TimeZone=3\n") << QStringList{"timezone -60"};
+        QTest::newRow("a key counts anywhere in the line") << QByteArray("; SetMuiLanguage=fr-FR\n") << QStringList{mui.arg("; fr-FR")};
+        QTest::newRow("every carriage return is removed") << QByteArray("Set\rMuiLanguage=de-DE\r\r\n") << QStringList{mui.arg("de-DE")};
         QTest::newRow("two keys in one line: the second sees the line without the first")
             << QByteArray("TimeZone=3SetUserLocale=de-DE\n")
             << QStringList{"timezone 720", "start open wpeutil.exe SetUserLocale 3de-DE 0"};
@@ -70,11 +63,8 @@ private slots:
             << QByteArray("SetMuiLanguage=en-USSetKeyboardLayout=0409\n")
             << QStringList{mui.arg("en-USSetKeyboardLayout=0409"),
                            "start open wpeutil.exe SetKeyboardLayout en-US0409 0"};
-        QTest::newRow("keys are case-sensitive, others skipped")
-            << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
-        QTest::newRow("an empty file") << QByteArray() << QStringList();
-        QTest::newRow("a later line is applied again")
-            << QByteArray("TimeZone=13\nTimeZone=11\n") << QStringList{"timezone -60", "timezone 60"};
+        QTest::newRow("keys are case-sensitive, others skipped") << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
+        QTest::newRow("a later line is applied again") << QByteArray("TimeZone=13\nTimeZone=11\n") << QStringList{"timezone -60", "timezone 60"};
     }
 
     void locale()
@@ -106,10 +96,8 @@ private slots:
                  QStringList({"timezone -180 0 -60 Central Central Summer",
                               "localtime 2026-03-01 10:20:30.250"}));
         const SimMachineFacts facts = m.sim->facts();
-        QCOMPARE(facts.value("time", "bias"), QString("-180"));
-        QCOMPARE(facts.value("time", "daylightBias"), QString("-60"));
-        QCOMPARE(facts.value("time", "daylightDate"), QString("0,3,0,5,2,0,0,0"));
-        QCOMPARE(facts.value("time", "localTime"), QString("2026-03-01 10:20:30.250"));
+        QCOMPARE(QStringList({facts.value("time", "bias"), facts.value("time", "daylightBias"), facts.value("time", "daylightDate"),
+                              facts.value("time", "localTime")}).join('|'), QString("-180|-60|0,3,0,5,2,0,0,0|2026-03-01 10:20:30.250"));
         const QByteArray ini = m.read("machine.ini");
         QVERIFY(ini.startsWith("; my machine\r\n[display]\r\ncurrent=800x600\r\n\r\n[time]\r\n"));
         QVERIFY(ini.endsWith("\r\n\r\n[firewall]\r\nstate=on\r\n"));
@@ -144,7 +132,6 @@ private slots:
         TestMachine m;
         auto shell = makeShell();
         QVERIFY(journalOf(m, {"timezone", "localtime", "start"}).isEmpty());
-
     }
 
     void driverTreeAndMenuEntries()
@@ -155,11 +142,8 @@ private slots:
         QVERIFY(QFile::link(m.folder() + "/drives/E/Drivers", m.folder() + "/drives/E/Drivers/Net/back"));
         auto shell = makeShell();
         shell->loadDriver_new("E:\\Drivers\\");
-        QCOMPARE(journalOf(m, {"start"}),
-                 QStringList({"start open InstallDriver.exe \"E:\\Drivers\\a.inf\" /exit-if-ok 1",
-                              "start open InstallDriver.exe \"E:\\Drivers\\b.INF\" /exit-if-ok 1",
-                              "start open InstallDriver.exe \"E:\\Drivers\\Net\\d.inf\" /exit-if-ok 1",
-                              "start open InstallDriver.exe \"E:\\Drivers\\Net\\Deep\\e.inf\" /exit-if-ok 1"}));
+        QCOMPARE(journalOf(m, {"start"}).replaceInStrings("start open InstallDriver.exe \"E:\\Drivers\\", "").join('|'),
+                 QString("a.inf\" /exit-if-ok 1|b.INF\" /exit-if-ok 1|Net\\d.inf\" /exit-if-ok 1|Net\\Deep\\e.inf\" /exit-if-ok 1"));
         const int before = m.journal().size();
         shell->loadDriver_new("E:\\Missing\\");
         QCOMPARE(m.journal().size(), before);
@@ -167,8 +151,7 @@ private slots:
         // "Load Driver" and "Run..." of the main menu start their programs, nothing waited for.
         shell->loadDriverAction->trigger();
         shell->runAction->trigger();
-        QCOMPARE(journalOf(m, {"start"}).mid(4), QStringList({"start open InstallDriver.exe  1",
-                                                             "start open RunTask.exe  1"}));
+        QCOMPARE(journalOf(m, {"start"}).mid(4), QStringList({"start open InstallDriver.exe  1", "start open RunTask.exe  1"}));
     }
 
     void pxeScripts_data()
@@ -177,12 +160,9 @@ private slots:
         QTest::addColumn<QStringList>("log");
         QTest::addColumn<QStringList>("started");
         const QString folder = "X:\\Program Files\\kelpie\\Kelpie_Scripts\\";
-
-        QTest::newRow("no folder") << QStringList() << QStringList{"PXE Kelpie_Scripts not exist"}
-                                   << QStringList();
-        QTest::newRow("empty folder, no pause")
-            << QStringList{"notes.txt", "Sub/"}
-            << QStringList{"PXE Kelpie_Scripts exist", "PXE script not exist"} << QStringList();
+        QTest::newRow("no folder") << QStringList() << QStringList{"PXE Kelpie_Scripts not exist"} << QStringList();
+        QTest::newRow("empty folder, no pause") << QStringList{"notes.txt", "Sub/"}
+                                                << QStringList{"PXE Kelpie_Scripts exist", "PXE script not exist"} << QStringList();
         QTest::newRow("three scripts after one pause, by name ignoring case")
             << QStringList{"b.cmd", "A.CMD", "c.cmd", "d.bat", "e.cmd/"}
             << QStringList{"PXE Kelpie_Scripts exist", "PXE script exist"}
@@ -257,19 +237,12 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<quint32>("type");
         QTest::addColumn<QString>("value");
-        // One row for each way a value is written out; the key count stands for the rest.
+        // One row for each kind of value and for quotes in a value; the key count stands for the rest.
         const char *const values[][4] = {
             {".pdf", "", "1", "Sumatra.pdf"},
-            {".jpeg", "", "1", "paint_auto_file"},
-            {"pdffile", "", "1", "Text Document"},
             {"pdffile", "EditFlags", "4", "65536"},
-            {"pdffile", "FriendlyTypeName", "2", "@%SystemRoot%\\system32\\notepad.exe,-469"},
-            {"pdffile\\shell\\printto\\command", "", "2",
-             "%SystemRoot%\\system32\\notepad.exe /pt \"%1\" \"%2\" \"%3\" \"%4\""},
-            {"pdffile\\_ShellEx\\{8895b1c6-b41f-4c1c-a562-0d564250836f}", "", "1",
-             "{1531d583-8375-4d3f-b5fb-d23bbd169f22}"},
+            {"pdffile\\shell\\printto\\command", "", "2", "%SystemRoot%\\system32\\notepad.exe /pt \"%1\" \"%2\" \"%3\" \"%4\""},
             {"paint_auto_file", "", "1", ""},
-            {"paint_auto_file\\shell\\open\\command", "", "2", "\"%systemroot%\\system32\\mspaint.exe\" \"%1\""},
         };
         for (const auto &v : values)
             QTest::newRow(qPrintable(QString(v[0]) + ' ' + v[1]))

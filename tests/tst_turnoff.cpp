@@ -58,144 +58,130 @@ class TurnOffTest : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void stateTable_data();
-    void stateTable();
-    void saveQuestionComesFirst_data();
-    void saveQuestionComesFirst();
-    void closeWhileSaveDialogIsOpen();
-};
-
-void TurnOffTest::stateTable_data()
-{
-    QTest::addColumn<bool>("peMode");
-    QTest::addColumn<bool>("byClose");   // Alt+F4 and the like instead of the menu
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QStringList>("starts");
-    QTest::addColumn<bool>("ends");
-    QTest::newRow("turn off in Windows PE") << true << false << "turn off"
-                                            << QStringList{"start\topen\twpeutil.exe\tShutdown\t0"} << true;
-    QTest::newRow("restart in Windows PE") << true << false << "restart"
-                                           << QStringList{"start\topen\twpeutil.exe\tReboot\t0"} << true;
-    QTest::newRow("outside Windows PE the shell only ends") << false << false << "turn off" << QStringList() << true;
-    QTest::newRow("cancel: the shell runs on") << true << false << "cancel" << QStringList() << false;
-    QTest::newRow("escape rejects as cancel does") << true << false << "escape" << QStringList() << false;
-    QTest::newRow("a close attempt cancelled leaves the shell up") << true << true << "cancel" << QStringList()
-                                                                   << false;
-}
-
-void TurnOffTest::stateTable()
-{
-    QFETCH(bool, peMode);
-    QFETCH(bool, byClose);
-    QFETCH(QString, answer);
-    QFETCH(QStringList, starts);
-    QFETCH(bool, ends);
-    TestMachine m;
-    winPeMode = peMode;
-    auto shell = makeShell();
-    shell->show();
-    QSignalSpy closeApp(shell.get(), &my_shell1::closeApp);
-    const auto ask = [&](bool closes) {
-        if (byClose)
-            QCOMPARE(shell->close(), closes);
-        else
-            shell->turnOffAction->trigger();
-    };
-    Seen seen;
-    answerTurnOff(&seen, answer);
-    ask(ends);
-
-    QCOMPARE(seen.dialogs, 1);
-    QVERIFY(seen.modalWhileUp);
-    QVERIFY(seen.last.isNull());   // deleted, whatever the answer
-    QVERIFY(!modalOpen);
-    QCOMPARE(wpeutilStarts(m), starts);
-    QCOMPARE(shuttingDown, ends);
-    QCOMPARE(closeApp.count(), ends ? 1 : 0);
-    QCOMPARE(shell->isVisible(), !ends);
-    if (ends)
-        return;
-    // Asked again after a cancel, the question comes anew with a new dialog.
-    answerTurnOff(&seen, "turn off");
-    ask(true);
-    QCOMPARE(seen.dialogs, 2);
-    QCOMPARE(closeApp.count(), 1);
-    QCOMPARE(wpeutilStarts(m).size(), 1);
-}
-
-void TurnOffTest::saveQuestionComesFirst_data()
-{
-    QTest::addColumn<QStringList>("added");      // files added to the desktop after start-up
-    QTest::addColumn<QByteArray>("resolution");  // x:/tmpReg/resolution.log, empty for none
-    QTest::addColumn<bool>("peMode");
-    QTest::addColumn<int>("saveDialogs");        // over two turn off attempts
-    QTest::newRow("nothing changed: no Save dialog") << QStringList() << QByteArray() << true << 0;
-    QTest::newRow("a new shortcut: asked each time, saving moves no baseline")
-        << QStringList{"New.lnk"} << QByteArray() << true << 2;
-    QTest::newRow("a resolution log with a last line counts")
-        << QStringList() << QByteArray("1024x768\r\n1280x1024") << true << 2;
-    QTest::newRow("outside Windows PE there is no baseline: everything counts")
-        << QStringList() << QByteArray() << false << 2;
-}
-
-void TurnOffTest::saveQuestionComesFirst()
-{
-    QFETCH(QStringList, added);
-    QFETCH(QByteArray, resolution);
-    QFETCH(bool, peMode);
-    QFETCH(int, saveDialogs);
-    TestMachine m;
-    bootFromStick(m, peMode);
-    for (const QString &name : added)
-        m.write(deskFolder + name, "new");
-    if (!resolution.isEmpty())
-        m.write("drives/X/tmpReg/resolution.log", resolution);
-
-    auto shell = makeShell();
-    int saves = 0;
-    bool turnOffUpDuringSave = false;
-    QString display;
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        QPointer<QTimer> watch = whenModal<saveChangingDialog>([&](saveChangingDialog *d) {
-            ++saves;
-            turnOffUpDuringSave = turnOffUpDuringSave || modalOpen;
-            display = d->displayText;
-            formWidget<QPushButton>(*d, "pushButton")->click();   // Save
-        });
-        Seen seen;
-        answerTurnOff(&seen, "cancel");
-        shell->shutDown();
-        delete watch.data();
-        QCOMPARE(seen.dialogs, 1);   // whatever happened in the Save dialog
+    void stateTable_data()
+    {
+        QTest::addColumn<bool>("peMode");
+        QTest::addColumn<bool>("byClose");   // Alt+F4 and the like instead of the menu
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QStringList>("starts");
+        QTest::addColumn<bool>("ends");
+        QTest::newRow("turn off in Windows PE") << true << false << "turn off" << QStringList{"start\topen\twpeutil.exe\tShutdown\t0"} << true;
+        QTest::newRow("restart in Windows PE") << true << false << "restart" << QStringList{"start\topen\twpeutil.exe\tReboot\t0"} << true;
+        QTest::newRow("outside Windows PE the shell only ends") << false << false << "turn off" << QStringList() << true;
+        QTest::newRow("cancel: the shell runs on") << true << false << "cancel" << QStringList() << false;
+        QTest::newRow("escape rejects as cancel does") << true << false << "escape" << QStringList() << false;
+        QTest::newRow("a close attempt cancelled leaves the shell up") << true << true << "cancel" << QStringList() << false;
     }
-    QCOMPARE(saves, saveDialogs);
-    QVERIFY(!turnOffUpDuringSave);   // the save question comes before the turn off dialog
-    if (!resolution.isEmpty())
-        QCOMPARE(display, QString("Display Resolution: 1280x1024"));
-}
 
-void TurnOffTest::closeWhileSaveDialogIsOpen()
-{
-    TestMachine m;
-    bootFromStick(m);
-    m.write(deskFolder + "New.lnk", "new");
-    auto shell = makeShell();
-    shell->show();
-    QSignalSpy closeApp(shell.get(), &my_shell1::closeApp);
-    Seen seen;
-    bool stillOpen = false;
-    whenModal<saveChangingDialog>([&](saveChangingDialog *d) {
-        QVERIFY(!shell->close());   // the system asks the panel to close meanwhile
-        stillOpen = d->isVisible();
+    void stateTable()
+    {
+        QFETCH(bool, peMode);
+        QFETCH(bool, byClose);
+        QFETCH(QString, answer);
+        QFETCH(QStringList, starts);
+        QFETCH(bool, ends);
+        TestMachine m;
+        winPeMode = peMode;
+        auto shell = makeShell();
+        shell->show();
+        QSignalSpy closeApp(shell.get(), &my_shell1::closeApp);
+        const auto ask = [&](bool closes) {
+            if (byClose)
+                QCOMPARE(shell->close(), closes);
+            else
+                shell->turnOffAction->trigger();
+        };
+        Seen seen;
+        answerTurnOff(&seen, answer);
+        ask(ends);
+
+        // One dialog, modal while up, deleted whatever the answer.
+        QVERIFY(seen.dialogs == 1 && seen.modalWhileUp && seen.last.isNull() && !modalOpen);
+        QCOMPARE(wpeutilStarts(m), starts);
+        QCOMPARE(shuttingDown, ends);
+        QCOMPARE(closeApp.count(), ends ? 1 : 0);
+        QCOMPARE(shell->isVisible(), !ends);
+        if (ends)
+            return;
+        // Asked again after a cancel, the question comes anew with a new dialog.
         answerTurnOff(&seen, "turn off");
-        formWidget<QPushButton>(*d, "pushButton_2")->click();   // Skip
-    });
-    shell->shutDown();
-    QVERIFY(stillOpen);
-    QCOMPARE(seen.dialogs, 1);   // one question, not a second one inside the first
-    QCOMPARE(closeApp.count(), 1);
-    QCOMPARE(wpeutilStarts(m).size(), 1);
-}
+        ask(true);
+        QCOMPARE(seen.dialogs, 2);
+        QCOMPARE(closeApp.count(), 1);
+        QCOMPARE(wpeutilStarts(m).size(), 1);
+    }
+
+    void saveQuestionComesFirst_data()
+    {
+        QTest::addColumn<QStringList>("added");      // files added to the desktop after start-up
+        QTest::addColumn<QByteArray>("resolution");  // x:/tmpReg/resolution.log, empty for none
+        QTest::addColumn<bool>("peMode");
+        QTest::addColumn<int>("saveDialogs");        // over two turn off attempts
+        QTest::newRow("nothing changed: no Save dialog") << QStringList() << QByteArray() << true << 0;
+        QTest::newRow("a new shortcut: asked each time, saving moves no baseline") << QStringList{"New.lnk"} << QByteArray() << true << 2;
+        QTest::newRow("a resolution log with a last line counts") << QStringList() << QByteArray("1024x768\r\n1280x1024") << true << 2;
+        QTest::newRow("outside Windows PE there is no baseline: everything counts") << QStringList() << QByteArray() << false << 2;
+    }
+
+    void saveQuestionComesFirst()
+    {
+        QFETCH(QStringList, added);
+        QFETCH(QByteArray, resolution);
+        QFETCH(bool, peMode);
+        QFETCH(int, saveDialogs);
+        TestMachine m;
+        bootFromStick(m, peMode);
+        for (const QString &name : added)
+            m.write(deskFolder + name, "new");
+        if (!resolution.isEmpty())
+            m.write("drives/X/tmpReg/resolution.log", resolution);
+
+        auto shell = makeShell();
+        int saves = 0;
+        bool turnOffUpDuringSave = false;
+        QString display;
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            QPointer<QTimer> watch = whenModal<saveChangingDialog>([&](saveChangingDialog *d) {
+                ++saves;
+                turnOffUpDuringSave = turnOffUpDuringSave || modalOpen;
+                display = d->displayText;
+                formWidget<QPushButton>(*d, "pushButton")->click();   // Save
+            });
+            Seen seen;
+            answerTurnOff(&seen, "cancel");
+            shell->shutDown();
+            delete watch.data();
+            QCOMPARE(seen.dialogs, 1);   // whatever happened in the Save dialog
+        }
+        QCOMPARE(saves, saveDialogs);
+        QVERIFY(!turnOffUpDuringSave);   // the save question comes before the turn off dialog
+        if (!resolution.isEmpty())
+            QCOMPARE(display, QString("Display Resolution: 1280x1024"));
+    }
+
+    void closeWhileSaveDialogIsOpen()
+    {
+        TestMachine m;
+        bootFromStick(m);
+        m.write(deskFolder + "New.lnk", "new");
+        auto shell = makeShell();
+        shell->show();
+        QSignalSpy closeApp(shell.get(), &my_shell1::closeApp);
+        Seen seen;
+        bool stillOpen = false;
+        whenModal<saveChangingDialog>([&](saveChangingDialog *d) {
+            QVERIFY(!shell->close());   // the system asks the panel to close meanwhile
+            stillOpen = d->isVisible();
+            answerTurnOff(&seen, "turn off");
+            formWidget<QPushButton>(*d, "pushButton_2")->click();   // Skip
+        });
+        shell->shutDown();
+        QVERIFY(stillOpen);
+        QCOMPARE(seen.dialogs, 1);   // one question, not a second one inside the first
+        QCOMPARE(closeApp.count(), 1);
+        QCOMPARE(wpeutilStarts(m).size(), 1);
+    }
+};
 
 KELPIE_TEST_MAIN(TurnOffTest)
 #include "tst_turnoff.moc"

@@ -34,13 +34,31 @@ booted_menu() {
 }
 
 # The pointer rests on "Memory Test" of User Programs: the remove button stands just right of
-# it; a click there closes the menu and reaches the button, and "Yes" deletes the shortcut.
+# it; a click there closes the menu and reaches the button, and "Yes" deletes the shortcut. The
+# hover and the quick click race the 200 ms timer, so a loaded machine gets three tries.
 removes_memory_test() {
     local file="$X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Memory Test.lnk"
     [ -f "$file" ] || return 1
+    local attempt
+    for attempt in 1 2 3; do
+        remove_attempt && break
+        say "  no question on try $attempt"
+        xdotool key Escape
+        click 600 420
+        wait_for 10 menu_closed || true
+        [ "$attempt" = 3 ] && return 1
+    done
+    shot remove-question
+    send keys return
+    wait_for 10 [ ! -e "$file" ]
+}
+
+remove_attempt() {
     menu_walk_up 4 || return 1
     xdotool key Right
     sleep 1
+    pointer 240 626
+    sleep 0.5
     pointer 245 626
     sleep 1
     shot remove-button
@@ -49,10 +67,7 @@ removes_memory_test() {
     xdotool mousemove 341 626 mousedown 1
     sleep 0.08
     xdotool mouseup 1
-    wait_for 10 confirmation_up || { click 600 420; return 1; }
-    shot remove-question
-    send keys return
-    wait_for 10 [ ! -e "$file" ]
+    wait_for 10 confirmation_up
 }
 
 confirmation_up() { [ -n "$(window_rect Confirmation)" ]; }
