@@ -65,6 +65,7 @@ private slots:
                            "start open wpeutil.exe SetKeyboardLayout en-US0409 0"};
         QTest::newRow("keys are case-sensitive, others skipped") << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
         QTest::newRow("a later line is applied again") << QByteArray("TimeZone=13\nTimeZone=11\n") << QStringList{"timezone -60", "timezone 60"};
+        QTest::newRow("an empty file does nothing and is deleted") << QByteArray() << QStringList();
     }
 
     void locale()
