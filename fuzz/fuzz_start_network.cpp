@@ -3,33 +3,22 @@
 
 #include "fuzzing.h"
 #include "network/netcondition.h"
-#include "platform/sim/simplatform.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 namespace {
-QString logPath;
+const fuzzing::MachineFile *logFile = nullptr;
 }
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     fuzzing::quiet();
-    static QTemporaryDir dir;
-    QDir(dir.path()).mkpath(QStringLiteral("drives/X/tmpReg"));
-    logPath = dir.path() + QStringLiteral("/drives/X/tmpReg/startNetwork.log");
-    setPlatform(new SimPlatform(dir.path()));
+    static const fuzzing::MachineFile file(QStringLiteral("tmpReg/startNetwork.log"));
+    logFile = &file;
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    QFile f(logPath);
-    const QByteArray content = fuzzing::bytes(data, size);
-    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(content) != content.size())
-        abort();   // the run is worthless if the file does not hold the input
-    f.close();
+    logFile->write(fuzzing::bytes(data, size));
     NetworkCondition record;
     readStartNetwork(record);
     if (record.bootLetter.contains(QLatin1Char('\n')) || record.ipAdd.contains(QLatin1Char('\r')))

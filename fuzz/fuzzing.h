@@ -2,10 +2,17 @@
 // Shared by the fuzz targets: the toolkit's warnings about bad input are expected here and only
 // slow the run down, so they are dropped.
 
+#include "platform/sim/simplatform.h"
+
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
 #include <QtGlobal>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 namespace fuzzing {
 
@@ -18,5 +25,28 @@ inline QByteArray bytes(const uint8_t *data, size_t size)
 {
     return QByteArray(reinterpret_cast<const char *>(data), int(size));
 }
+
+// One file of a simulated machine that each run rewrites with its input, for the readers that
+// take a drive path ("x:/tmpReg/startNetwork.log") through the platform as the shell does.
+class MachineFile {
+public:
+    // relative: the file below drives/X/ ("tmpReg/startNetwork.log").
+    explicit MachineFile(const QString &relative)
+    {
+        static QTemporaryDir dir;
+        m_host = dir.path() + QStringLiteral("/drives/X/") + relative;
+        QDir().mkpath(QFileInfo(m_host).absolutePath());
+        setPlatform(new SimPlatform(dir.path()));
+    }
+    void write(const QByteArray &content) const
+    {
+        QFile f(m_host);
+        if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(content) != content.size())
+            abort();   // the run is worthless if the file does not hold the input
+    }
+
+private:
+    QString m_host;
+};
 
 } // namespace fuzzing
