@@ -1,6 +1,7 @@
 #include "turn_off_widget.h"
 
 #include "look/chook_style.h"
+#include "look/resources.h"
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 #include "ui_turn_off_widget.h"
@@ -10,7 +11,7 @@
 turn_off_widget::turn_off_widget(QWidget *parent)
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , ui(new Ui::turn_off_widgetClass)
-    , background(QStringLiteral(":/my_shell1/Resources/turnOff.png"))
+    , background(shellResource(QStringLiteral("turnOff.png")))
 {
     ui->setupUi(this);
     resize(314, 140);

@@ -8,6 +8,7 @@
 #include "launcher/my_action.h"
 #include "launcher/my_useraction.h"
 #include "launcher/mymenu.h"
+#include "look/resources.h"
 #include "platform/platform.h"
 
 #include <QDir>
@@ -97,7 +98,7 @@ void my_shell1::refreshClicked()
         auto *entry = new my_Action(this);
         entry->id = -10;
         entry->setText(tr("User Programs"));
-        entry->setIcon(QIcon(QStringLiteral(":/my_shell1/Resources/app_exec.png")));
+        entry->setIcon(QIcon(shellResource(QStringLiteral("app_exec.png"))));
         entry->setMenu(userMenu);
         menuActions.append(entry);
         // At the menu's end as it stands now: below "Turn Off Computer" once the fixed entries

@@ -1,5 +1,6 @@
 #include "savechangingdialog.h"
 
+#include "look/resources.h"
 #include "platform/platform.h"
 #include "settings/savedvolume.h"
 #include "settings/settingsfiles.h"
@@ -53,7 +54,7 @@ saveChangingDialog::saveChangingDialog(QWidget *parent)
 
     refreshButton = new QToolButton(this);
     refreshButton->setGeometry(450, 150, 25, 25);
-    refreshButton->setIcon(QIcon(QStringLiteral(":/my_shell1/Resources/nav_refresh_blue.png")));
+    refreshButton->setIcon(QIcon(shellResource(QStringLiteral("nav_refresh_blue.png"))));
     refreshButton->setAutoRaise(true);
     refreshButton->setToolTip(tr("Refresh"));
     connect(refreshButton, &QToolButton::clicked, this, &saveChangingDialog::refreshUsbDevices);
