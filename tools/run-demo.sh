@@ -20,17 +20,7 @@ fi
 
 # The medium's font family, Tahoma, comes with Wine's fonts; show it to fontconfig, and let it
 # stand for the desktop's default sans-serif, as the system font does on Windows.
-if [ -d /usr/share/wine/fonts ]; then
-    fonts=$(mktemp -d)
-    cat > "$fonts/fonts.conf" <<CONF
-<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "fonts.dtd">
-<fontconfig><dir>/usr/share/wine/fonts</dir>
-<alias binding="strong"><family>Sans Serif</family><prefer><family>Tahoma</family></prefer></alias>
-<alias binding="strong"><family>sans-serif</family><prefer><family>Tahoma</family></prefer></alias>
-<include ignore_missing="yes">/etc/fonts/fonts.conf</include></fontconfig>
-CONF
-    export FONTCONFIG_FILE="$fonts/fonts.conf"
-fi
+if [ -d /usr/share/wine/fonts ]; then export FONTCONFIG_FILE="$repo/tools/tahoma-fonts.conf"; fi
 
 seconds=${KELPIE_DEMO_SECONDS:-8}
 shot=${KELPIE_SCREENSHOT:-$repo/build/demo.png}

@@ -35,17 +35,8 @@ work=$(mktemp -d /tmp/kelpie-bench-XXXXXX)
 # Programs still running when the run is cut short are ended by their ids.
 trap 'for p in $(cat "$work/pids" 2>/dev/null); do kill "$p" 2>/dev/null; done; rm -rf "$work"' EXIT
 
-# The demo's font setting (tools/run-demo.sh): Tahoma from Wine's fonts as the sans-serif.
-if [ -d /usr/share/wine/fonts ]; then
-    cat > "$work/fonts.conf" <<CONF
-<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "fonts.dtd">
-<fontconfig><dir>/usr/share/wine/fonts</dir>
-<alias binding="strong"><family>Sans Serif</family><prefer><family>Tahoma</family></prefer></alias>
-<alias binding="strong"><family>sans-serif</family><prefer><family>Tahoma</family></prefer></alias>
-<include ignore_missing="yes">/etc/fonts/fonts.conf</include></fontconfig>
-CONF
-    export FONTCONFIG_FILE="$work/fonts.conf"
-fi
+# The demo's font setting: Tahoma from Wine's fonts as the sans-serif.
+if [ -d /usr/share/wine/fonts ]; then export FONTCONFIG_FILE="$repo/tools/tahoma-fonts.conf"; fi
 
 # The large medium: the demo machine with a generated data_shell.cfg (the lines of
 # bench/config_read) and 1,000 shortcuts on the desktop.
