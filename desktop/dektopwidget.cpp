@@ -42,7 +42,8 @@ dektopWidget::dektopWidget(QWidget *parent)
     ui->setupUi(this);
     waitPanel = ui->widget;
 
-    setStyleSheet(desktopStyleSheet());
+    // The shortcut buttons' looks ride on this one sheet: parsed once, not two hundred times.
+    setStyleSheet(desktopStyleSheet(menuStyle));
 
     removeButton = new QToolButton(this);
     removeButton->setGeometry(450, 150, 25, 25);
@@ -78,7 +79,6 @@ dektopWidget::dektopWidget(QWidget *parent)
     desktopButtons.reserve(poolSize);
     for (int i = 0; i < poolSize; ++i) {
         my_ToolButton *b = new my_ToolButton(this);
-        b->setStyleSheet(shortcutTextStyleSheet());
         b->hide();
         b->setIconSize(QSize(32, 32));
         b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);

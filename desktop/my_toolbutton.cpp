@@ -17,7 +17,7 @@ my_ToolButton::my_ToolButton(QWidget *parent)
     connect(removeAction, &QAction::triggered, this, &my_ToolButton::remove_Slot);
 
     menu = new QMenu(this);
-    menu->setStyleSheet(menuStyle);
+    // menuStyle comes from the desktop's sheet.
     menu->setFont(menuFont());
     menu->addAction(removeAction);
 

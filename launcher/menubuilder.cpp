@@ -32,7 +32,6 @@ void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
             break;
         case MenuLine::SubMenu: {
             auto *sub = new myMenu(parts.owner);
-            sub->setStyleSheet(menuStyle);
             parts.subMenus->append(sub);
             if (parts.closeMenu)
                 QObject::connect(sub, &myMenu::needCloseMenu, parts.owner, parts.closeMenu);

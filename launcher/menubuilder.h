@@ -1,6 +1,7 @@
 #pragma once
 // Turns the menu lines of data_shell.cfg into the sub-menus and entries of the main menu.
-// The owner (the panel) parents every object; its startApp and closeMenu answer the entries.
+// The owner (the panel) parents every object, and its style sheet dresses the sub-menus; its
+// startApp and closeMenu answer the entries.
 
 #include "launcher/shellconfig.h"
 

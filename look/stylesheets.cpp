@@ -18,19 +18,23 @@ QString menuStyleSheet()
         "QMenu::item:selected {background-color: #F4DB8F; color: #083894;}");
 }
 
-QString desktopStyleSheet()
+QString menuStyleFor(const QString &menuSheet, const QString &selector)
 {
-    return QStringLiteral("QWidget{background: #1273aa;}");
+    QString sheet = menuSheet;
+    return sheet.replace(QLatin1String("QMenu"), selector);
+}
+
+QString desktopStyleSheet(const QString &menuSheet)
+{
+    // In one sheet with "QWidget" the menu rules would win by order alone; their longer
+    // selectors outrank it, as the menus' own sheets did.
+    return QStringLiteral("QWidget{background: #1273aa;}my_ToolButton {color: #FFFFFF}")
+           + menuStyleFor(menuSheet, QStringLiteral("my_ToolButton QMenu"));
 }
 
 QString whiteTextStyleSheet()
 {
     return QStringLiteral("color: #FFFFFF");
-}
-
-QString shortcutTextStyleSheet()
-{
-    return QStringLiteral("QToolButton {color: #FFFFFF}");
 }
 
 // The two button sheets differ only in the letter of their pictures.

@@ -8,12 +8,15 @@
 QString toolTipStyleSheet();
 // Every pop-up menu of the shell; the hub copies it into the process-wide menuStyle.
 QString menuStyleSheet();
-// The desktop widget's blue.
-QString desktopStyleSheet();
+// A menu sheet (menuStyle) with its type selector "QMenu" replaced by `selector`: set once on a
+// parent, it dresses the menus below it that the selector picks exactly as their own copy would,
+// and the sheet is parsed once instead of once per menu.
+QString menuStyleFor(const QString &menuSheet, const QString &selector);
+// The desktop widget's blue, followed by the looks of its shortcut buttons (white text) and of
+// their menus (menuSheet), which the buttons and menus inherit instead of bearing their own.
+QString desktopStyleSheet(const QString &menuSheet);
 // Labels of the desktop's wait panel.
 QString whiteTextStyleSheet();
-// Shortcut buttons of the desktop.
-QString shortcutTextStyleSheet();
 // The restart and the turn off button of the turn off dialog, painted from three pictures each.
 QString restartButtonStyleSheet();
 QString turnOffButtonStyleSheet();

@@ -9,6 +9,7 @@
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
 #include "look/resources.h"
+#include "look/stylesheets.h"
 #include "network/static_ip_dlg.h"
 #include "platform/platform.h"
 #include "settings/savechangingdialog.h"
@@ -56,6 +57,9 @@ my_shell1::my_shell1(QWidget *parent)
 
     toRunList.clear();
     setMouseTracking(true);
+    // Every myMenu below the panel (main menu, its sub-menus, the user menus) wears menuStyle:
+    // one sheet here that they inherit, parsed once rather than once for each menu.
+    setStyleSheet(menuStyleFor(menuStyle, QStringLiteral("myMenu")));
     ui.setupUi(this);
     ui.label_5->clear();
     panelPixmap.load(shellResource("panel2.png"));

@@ -25,7 +25,7 @@ namespace {
 
 void my_shell1::createMainMenu()
 {
-    mainMenu->setStyleSheet(menuStyle);
+    // Its menuStyle comes from the panel's sheet.
     mainMenu->setFont(menuFont());
 
     const MainMenuPass pass = shellconfig::readMainMenu();

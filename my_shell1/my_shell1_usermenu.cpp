@@ -92,7 +92,6 @@ void my_shell1::refreshClicked()
 
     if (!userMenu) {
         userMenu = new myMenu(this);
-        userMenu->setStyleSheet(menuStyle);
         subMenus.append(userMenu);
         connect(userMenu, &myMenu::needCloseMenu, this, &my_shell1::closeMenu);
         auto *entry = new my_Action(this);
@@ -147,7 +146,6 @@ void my_shell1::addUserFolder(const QFileInfo &info, QMenu *parentMenu)
         return;
 
     auto *menu = new myMenu(this);
-    menu->setStyleSheet(menuStyle);
     subMenus.append(menu);
     connect(menu, &myMenu::needCloseMenu, this, &my_shell1::closeMenu);
     auto *entry = new my_Action(this);

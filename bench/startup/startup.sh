@@ -6,7 +6,8 @@
 # the shell on the demo machine, the bare window, and the shell on a large medium (10,000-line
 # data_shell.cfg, 1,000 desktop entries). BENCH_BEFORE=<another autorun> adds its shell cases,
 # run interleaved with the rest, for before-and-after figures.
-# Per case and round: milliseconds from exec to the panel's window mapped (an X MapNotify), RSS
+# Per case and round: milliseconds from exec to the panel's window mapped (an X MapNotify) and
+# the CPU milliseconds (user + system) spent by then, RSS
 # and PSS ten seconds after exec (smaps_rollup), then CPU time (utime+stime) and wake-ups
 # (voluntary + involuntary context switches, of the main thread and of all threads) over the idle
 # time. Printed: the
@@ -70,8 +71,8 @@ if [ -n "${BENCH_BEFORE:-}" ]; then
     cases+=(before-demo-gl before-demo-nogl before-large-gl before-large-nogl)
 fi
 
-# Starts one case in the background of the round: writes "<ms> <rss kB> <pss kB> <cpu ms> <wakeups/s>"
-# to $work/r<round>.<case>.
+# Starts one case in the background of the round: writes "<ms> <rss kB> <pss kB> <idle cpu ms>
+# <wakeups/s main> <wakeups/s all> <start-up cpu ms>" to $work/r<round>.<case>.
 run_case() {
     local name=$1 round=$2
     local result=$work/r$round.$name
@@ -95,7 +96,8 @@ run_case() {
         if [ -n "$out" ]; then kill "${out%% *}" 2>/dev/null || true; fi
         return 0
     fi
-    local pid=${out%% *} ms=${out##* }
+    local pid=${out%% *} ms=${out##* } startCpu
+    startCpu=${out#* }; startCpu=${startCpu%% *}
     echo "$pid" >> "$work/pids"
     (
         sleep $(awk -v ms="$ms" 'BEGIN { s = 10 - ms / 1000; print (s > 0 ? s : 0) }')
@@ -114,8 +116,8 @@ run_case() {
         kill "$pid" 2>/dev/null; sleep 0.2; kill -9 "$pid" 2>/dev/null || true
         local hz; hz=$(getconf CLK_TCK)
         awk -v ms="$ms" -v rss="$rss" -v pss="$pss" -v t=$(( (b[13] + b[14]) - (a[13] + a[14]) )) \
-            -v hz="$hz" -v w=$(( s1 - s0 )) -v m=$(( m1 - m0 )) -v s="$idle" \
-            'BEGIN { printf "%s %d %d %.0f %.2f %.2f\n", ms, rss, pss, 1000 * t / hz, m / s, w / s }' > "$result"
+            -v hz="$hz" -v w=$(( s1 - s0 )) -v m=$(( m1 - m0 )) -v s="$idle" -v c="$startCpu" \
+            'BEGIN { printf "%s %d %d %.0f %.2f %.2f %s\n", ms, rss, pss, 1000 * t / hz, m / s, w / s, c }' > "$result"
     ) &
 }
 
@@ -135,17 +137,18 @@ for ((r = 1; r <= rounds; r++)); do
 done
 
 median() { sort -n | awk '{ v[NR] = $1 } END { if (NR == 0) print "-"; else if (NR % 2) print v[(NR + 1) / 2]; else print (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
-printf '%-18s %10s %8s %8s %11s %12s %12s\n' case "mapped ms" "RSS MiB" "PSS MiB" "CPU % core" "wakes/s main" "wakes/s all"
+printf '%-18s %10s %8s %8s %8s %11s %12s %12s\n' case "mapped ms" "CPU ms" "RSS MiB" "PSS MiB" "CPU % core" "wakes/s main" "wakes/s all"
 for c in "${cases[@]}"; do
     files=("$work"/r*."$c")
     ms=$(cat "${files[@]}" | awk '$1 != "timeout" { print $1 }' | median)
-    rss=$(cat "${files[@]}" | awk 'NF == 6 { print $2 / 1024 }' | median)
-    pss=$(cat "${files[@]}" | awk 'NF == 6 { print $3 / 1024 }' | median)
-    cpu=$(cat "${files[@]}" | awk -v s="$idle" 'NF == 6 { print $4 / 10 / s }' | median)
-    wake=$(cat "${files[@]}" | awk 'NF == 6 { print $5 }' | median)
-    wakeAll=$(cat "${files[@]}" | awk 'NF == 6 { print $6 }' | median)
+    startCpu=$(cat "${files[@]}" | awk 'NF == 7 { print $7 }' | median)
+    rss=$(cat "${files[@]}" | awk 'NF == 7 { print $2 / 1024 }' | median)
+    pss=$(cat "${files[@]}" | awk 'NF == 7 { print $3 / 1024 }' | median)
+    cpu=$(cat "${files[@]}" | awk -v s="$idle" 'NF == 7 { print $4 / 10 / s }' | median)
+    wake=$(cat "${files[@]}" | awk 'NF == 7 { print $5 }' | median)
+    wakeAll=$(cat "${files[@]}" | awk 'NF == 7 { print $6 }' | median)
     timeouts=$(cat "${files[@]}" | grep -c timeout || true)
-    printf '%-18s %10s %8.1f %8.1f %11.3f %12.2f %12.2f%s\n' "$c" "$ms" "$rss" "$pss" "$cpu" "$wake" "$wakeAll" \
+    printf '%-18s %10s %8s %8.1f %8.1f %11.3f %12.2f %12.2f%s\n' "$c" "$ms" "$startCpu" "$rss" "$pss" "$cpu" "$wake" "$wakeAll" \
         "$([ "$timeouts" -gt 0 ] && echo "  ($timeouts time-outs)")"
 done
 
@@ -158,7 +161,7 @@ for g in gl nogl; do
             for ((r = 1; r <= rounds; r++)); do
                 [ -f "$work/r$r.$who-$m-$g" ] && [ -f "$work/r$r.bare-$g" ] || continue
                 paste -d' ' "$work/r$r.$who-$m-$g" "$work/r$r.bare-$g"
-            done | awk 'NF == 12 { print $1 / $7, ($2 - $8) / 1024 }' > "$work/ratio"
+            done | awk 'NF == 14 { print $1 / $8, ($2 - $9) / 1024 }' > "$work/ratio"
             printf '%-18s mapped %.2f x the bare window, RSS %+.1f MiB (medians of per-round figures)\n' \
                 "$who-$m-$g" "$(cut -d' ' -f1 "$work/ratio" | median)" "$(cut -d' ' -f2 "$work/ratio" | median)"
         done
