@@ -3,6 +3,7 @@
 
 #include "my_toolbutton.h"
 #include "launcher/appstart.h"
+#include "look/lazyicon.h"
 #include "look/resources.h"
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
@@ -47,7 +48,8 @@ dektopWidget::dektopWidget(QWidget *parent)
 
     removeButton = new QToolButton(this);
     removeButton->setGeometry(450, 150, 25, 25);
-    removeButton->setIcon(QIcon(shellResource("cancel.png")));
+    // Hidden until an entry is pointed at: decoded then.
+    removeButton->setIcon(lazyFileIcon(shellResource("cancel.png")));
     removeButton->setAutoRaise(true);
     // The word on this button has always been "Refresh"; users know it so.
     removeButton->setToolTip(tr("Refresh"));

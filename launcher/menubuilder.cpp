@@ -3,19 +3,20 @@
 #include "launcher/appstart.h"
 #include "launcher/my_action.h"
 #include "launcher/mymenu.h"
+#include "look/lazyicon.h"
 
 #include <QHash>
 #include <QIcon>
 
 void buildMainMenuEntries(const MainMenuPass &pass, const MainMenuParts &parts)
 {
-    // A large medium names the same few icons thousands of times: each file is looked at once.
-    // QIcon shares its data, so every entry still bears its own icon.
+    // A large medium names the same few icons thousands of times: each file is looked at once,
+    // when a menu first shows it. QIcon shares its data, so every entry still bears its own icon.
     QHash<QString, QIcon> icons;
     const auto icon = [&icons](const QString &path) {
         auto it = icons.find(path);
         if (it == icons.end())
-            it = icons.insert(path, QIcon(path));
+            it = icons.insert(path, lazyFileIcon(path));
         return *it;
     };
     // The first sub-menu entry of each id, as a search from the front of menuActions finds it.

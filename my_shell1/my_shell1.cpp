@@ -8,6 +8,7 @@
 #include "launcher/mymenu.h"
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
+#include "look/lazyicon.h"
 #include "look/resources.h"
 #include "look/stylesheets.h"
 #include "network/static_ip_dlg.h"
@@ -23,7 +24,7 @@ namespace {
 
 QAction *fixedAction(const QString &text, const char *icon, QObject *parent)
 {
-    QAction *action = new QAction(QIcon(shellResource(icon)), text, parent);
+    QAction *action = new QAction(lazyFileIcon(shellResource(icon)), text, parent);
     action->setFont(menuFont());
     return action;
 }

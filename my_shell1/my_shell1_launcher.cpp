@@ -12,6 +12,7 @@
 #include "launcher/mybutton.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
+#include "look/lazyicon.h"
 #include "look/resources.h"
 #include "platform/platform.h"
 
@@ -81,7 +82,8 @@ void my_shell1::createFixedButtons()
         auto *b = new my_PushButton(ui.widget_3);
         b->setFlat(true);
         b->setIconSize(QSize(16, 16));
-        b->setIcon(QIcon(shellResource(icon)));
+        // Most stay hidden, or take the file's picture: decoded only if painted.
+        b->setIcon(lazyFileIcon(shellResource(icon)));
         if (!tip.isEmpty())
             b->setToolTip(tip);
         ui.horizontalLayout_3->addWidget(b);

@@ -8,6 +8,7 @@
 #include "launcher/my_action.h"
 #include "launcher/my_useraction.h"
 #include "launcher/mymenu.h"
+#include "look/lazyicon.h"
 #include "look/resources.h"
 #include "platform/platform.h"
 
@@ -97,7 +98,7 @@ void my_shell1::refreshClicked()
         auto *entry = new my_Action(this);
         entry->id = -10;
         entry->setText(tr("User Programs"));
-        entry->setIcon(QIcon(shellResource(QStringLiteral("app_exec.png"))));
+        entry->setIcon(lazyFileIcon(shellResource(QStringLiteral("app_exec.png"))));
         entry->setMenu(userMenu);
         menuActions.append(entry);
         // At the menu's end as it stands now: below "Turn Off Computer" once the fixed entries
@@ -151,7 +152,9 @@ void my_shell1::addUserFolder(const QFileInfo &info, QMenu *parentMenu)
     auto *entry = new my_Action(this);
     entry->id = -10;
     entry->setText(info.fileName());
-    entry->setIcon(iconProvider.icon(info));
+    // The provider's first folder icon searches the icon theme: done when the menu shows it.
+    const QFileIconProvider *provider = &iconProvider;
+    entry->setIcon(lazyIcon([provider, info] { return provider->icon(info); }));
     entry->setFont(menuFont());
     entry->setMenu(menu);
     menuActions.append(entry);
