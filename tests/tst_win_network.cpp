@@ -1,6 +1,5 @@
-// The Win32 network room against the real system (under Wine in CI): the device walk, the machine
-// hive with its buffers, the IP Helper tables, the workstation and the firewall manager. Where
-// Wine has no answer to give, the test says so with QSKIP rather than passing.
+// The Win32 network room against the real system (under Wine in CI). Where Wine has no answer to
+// give, the test says so with QSKIP rather than passing.
 
 #include "network/ip_settings.h"
 #include "platform/win/winplatform.h"
@@ -31,10 +30,9 @@ private slots:
         for (const NetDeviceRecord &d : walk.devices) {
             if (d.classGuid.isEmpty())
                 continue;
-            const uchar *g4 = d.guidData4;
-            QCOMPARE(QUuid(d.guidData1, d.guidData2, d.guidData3, g4[0], g4[1], g4[2], g4[3], g4[4], g4[5], g4[6],
-                           g4[7]),
-                     QUuid(d.classGuid));
+            const uchar *g = d.guidData4;
+            const QUuid record(d.guidData1, d.guidData2, d.guidData3, g[0], g[1], g[2], g[3], g[4], g[5], g[6], g[7]);
+            QCOMPARE(record, QUuid(d.classGuid));
             if (ip_settings::classGuidText(d).size() == 38)
                 QCOMPARE(ip_settings::classGuidText(d), d.classGuid.toUpper());
             ++compared;
@@ -73,16 +71,15 @@ private slots:
         QStringList dns;
         QCOMPARE(win.networkParams(&dns), 0u);
         QVERIFY(!dns.isEmpty());   // the embedded first entry is always there
-        QVERIFY(win.interfaceEntry(QStringLiteral("\\DEVICE\\TCPIP_{00000000-0000-0000-0000-000000000000}")).indexResult);
+        QVERIFY(win.interfaceEntry("\\DEVICE\\TCPIP_{00000000-0000-0000-0000-000000000000}").indexResult != 0);
         QList<IpAdapterEntry> entries;
         const quint32 result = win.adaptersInfo(&entries);
         if (result == 232)
             QSKIP("GetAdaptersInfo has no IPv4 adapter to tell of on this host.");
         QCOMPARE(result, 0u);
-        for (const IpAdapterEntry &e : entries) {
-            QVERIFY(e.adapterName.startsWith(QLatin1Char('{')));
-            QVERIFY(!e.ipAddresses.isEmpty() && !e.gateways.isEmpty() && !e.dhcpServers.isEmpty());
-        }
+        for (const IpAdapterEntry &e : entries)   // each list holds at least its embedded first element
+            QVERIFY(e.adapterName.startsWith('{') && !e.ipAddresses.isEmpty() && !e.gateways.isEmpty()
+                    && !e.dhcpServers.isEmpty());
         QList<InterfaceRow> rows;
         QCOMPARE(win.interfaceInfo(&rows), 0u);
         if (rows.isEmpty())
@@ -91,7 +88,7 @@ private slots:
             QVERIFY(row.name.startsWith(QLatin1String("\\DEVICE\\TCPIP_")));
             const IfEntryFacts f = win.interfaceEntry(row.name);
             if (f.indexResult != 0)
-                QSKIP(qPrintable(QStringLiteral("GetAdapterIndex does not know %1 (%2).").arg(row.name).arg(f.indexResult)));
+                QSKIP(qPrintable(QString("GetAdapterIndex does not know %1 (%2).").arg(row.name).arg(f.indexResult)));
             QVERIFY(f.entryResult == 0 && f.physAddr.size() == 8 && f.operStatus <= 6);
         }
     }
@@ -102,8 +99,8 @@ private slots:
         QVERIFY(w.result != 0 || !w.computerName.isEmpty());
         const FirewallFacts f = win.firewallFacts();
         if (f.failedStep != 0)
-            QSKIP(qPrintable(QStringLiteral("The firewall manager does not answer (step %1, 0x%2).")
-                                 .arg(f.failedStep).arg(quint32(f.hresult), 8, 16, QLatin1Char('0'))));
+            QSKIP(qPrintable(QString("The firewall manager does not answer (step %1, 0x%2).").arg(f.failedStep)
+                                 .arg(quint32(f.hresult), 8, 16, QLatin1Char('0'))));
         QVERIFY(f.enabled == 0 || f.enabled == 0xFFFF);
         // COM was released: the thread may initialise it afresh in another mode.
         QVERIFY(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)));
@@ -122,7 +119,7 @@ private slots:
         if (report.isEmpty())
             QSKIP("No adapter joins on this system: Wine has no device of class Net.");
         QVERIFY(report.contains(QLatin1String("\nMAC Address: ")));
-        QVERIFY(report.endsWith(QLatin1String("Firewall: On")) || report.endsWith(QLatin1String("Firewall: Off")));
+        QVERIFY(report.endsWith("Firewall: On") || report.endsWith("Firewall: Off"));
     }
 };
 
