@@ -1,6 +1,5 @@
-// The Win32 volumes room against the real system (under Wine in CI): volumes and the disks under
-// them, the shell's writes on a drive, and shortcut files through the shell link object, read
-// and written alongside the portable Shell Link reader. Where Wine has no answer, QSKIP says why.
+// The Win32 volumes room against the real system (under Wine in CI): volumes, disks, writes and
+// shortcut files; where Wine has no answer, QSKIP says why.
 
 #include "platform/shelllink/shelllink.h"
 #include "platform/win/winplatform.h"
