@@ -77,13 +77,13 @@ private slots:
         const NetworkCondition full{1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254", "E"};
         const QByteArray head(int(netread::maxLineBytes) - 7, '7');   // 1 MiB less "ipAdd=" and one
         QTest::newRow("missing: dhcp set, the rest off") << QByteArray("-") << condition(0, 0, 1);
-        QTest::newRow("every key, CRLF") << QByteArray("bootLetter=E\r\nnetwork=1\r\nfirewall=1\r\nipAdd=10.0.0.5\r\n"
-                                                       "ipMask=255.0.0.0\r\nipDNS=10.0.0.1\r\nipGateway=10.0.0.254\r\n")
-                                         << full;
+        QTest::newRow("every key, CRLF")
+            << QByteArray("bootLetter=E\r\nnetwork=1\r\nfirewall=1\r\nipAdd=10.0.0.5\r\nipMask=255.0.0.0\r\n"
+                          "ipDNS=10.0.0.1\r\nipGateway=10.0.0.254\r\n") << full;
         QTest::newRow("non-numbers give 0, ipMask alone keeps dhcp")
             << QByteArray("network=yes\nfirewall=1x\nipMask=1.0.0.0\n") << condition(0, 0, 1, "", "1.0.0.0");
         QTest::newRow("later line wins, last line without line end")
-            << QByteArray("network=1\nnetwork=0\nipAdd=1.1.1.1\nipAdd=2.2.2.2") << condition(0, 0, 0, "2.2.2.2");
+            << QByteArray("network=1\nnetwork=0\nipAdd=1.1.1.1\nipAdd=2.2") << condition(0, 0, 0, "2.2");
         QTest::newRow("keys only at column 0, case counting")
             << QByteArray(" network=1\nNetwork=1\nIPADD=1.2.3.4\n# ipAdd=5.6.7.8\n") << condition(0, 0, 1);
         QTest::newRow("binary and stray CRs")
@@ -113,7 +113,7 @@ private slots:
         const NetworkCondition fixed = condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
         QTest::newRow("dhcp differs") << dhcp << condition(1, 0, 0) << true;
         QTest::newRow("dhcp: firewall counts") << dhcp << condition(1, 1, 1) << true;
-        QTest::newRow("dhcp: addresses do not count") << dhcp << condition(1, 0, 1, "1.1.1.1", "2.0.0.0") << false;
+        QTest::newRow("dhcp: addresses do not count") << dhcp << condition(1, 0, 1, "1.1", "2.2") << false;
         QTest::newRow("static: firewall does not count")
             << fixed << condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254") << false;
         QTest::newRow("static: gateway counts")
@@ -135,28 +135,29 @@ private slots:
         QTest::addColumn<Bytes>("descriptions");     // device n is adapter n, from 1
         QTest::addColumn<Bytes>("edit");             // text replaced in machine.ini and registry.reg
         QTest::addColumn<QStringList>("expected");   // "index description adapter-number"
-        const QByteArray guid1 = TestMachine::adapterGuid(1);
+        const QByteArray guid1 = TestMachine::adapterGuid(1), guid2 = TestMachine::adapterGuid(2);
         const Bytes one{"A"};
+        const QStringList onlyA{"0 A 1"};
         QTest::newRow("debug in any case is hidden, indexes keep their gaps")
             << Bytes{"A", "Kernel DeBuG Adapter", "C"} << Bytes{} << QStringList{"0 A 1", "2 C 3"};
         QTest::newRow("two identical cards: both entries land on the first, the later winning")
             << Bytes{"A", "B"} << Bytes{"DEV_2", "DEV_1"} << QStringList{"0 A 2"};
         QTest::newRow("a missing Interfaces key still counts")
-            << one << Bytes{"Interfaces\\" + guid1, "Elsewhere"} << QStringList{"0 A 1"};
+            << one << Bytes{"Interfaces\\" + guid1, "Elsewhere"} << onlyA;
         QTest::newRow("no key under Adapters: dropped")
-            << Bytes{"A", "B"} << Bytes{"Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere"} << QStringList{"0 A 1"};
-        QTest::newRow("six adapters: five counted, six listed") << Bytes{"A", "B", "C", "D", "E", "F"} << Bytes{}
-            << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"};
+            << Bytes{"A", "B"} << Bytes{"Adapters\\" + guid2, "Elsewhere"} << onlyA;
+        QTest::newRow("six adapters: five counted, six listed") << Bytes{"A", "B", "C", "D", "E", "F"}
+            << Bytes{} << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"};
         QTest::newRow("no NET device") << one << Bytes{"class=Net", "class=System"} << QStringList{};
-        QTest::newRow("class compared in upper case") << one << Bytes{"class=Net", "class=net"} << QStringList{"0 A 1"};
-        QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered")
-            << Bytes{"A", "debug"} << Bytes{"Control\\Class", "Control\\Gone"} << QStringList{"0 A 0", "1 debug 0"};
+        QTest::newRow("class compared in upper case") << one << Bytes{"class=Net", "class=net"} << onlyA;
+        QTest::newRow("no class key: the walk's adapters stay unjoined and unfiltered") << Bytes{"A", "debug"}
+            << Bytes{"Control\\Class", "Control\\Gone"} << QStringList{"0 A 0", "1 debug 0"};
         QTest::newRow("a class subkey name of 2047 characters is read")
-            << one << Bytes{"\\0001]", "\\" + QByteArray(2047, 'k') + "]"} << QStringList{"0 A 1"};
+            << one << Bytes{"\\0001]", "\\" + QByteArray(2047, 'k') + "]"} << onlyA;
         QTest::newRow("a class subkey name of 2048 characters is skipped")
             << one << Bytes{"\\0001]", "\\" + QByteArray(2048, 'k') + "]"} << QStringList{};
-        QTest::newRow("NetCfgInstanceId of the wrong type") << one
-            << Bytes{"\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001"} << QStringList{};
+        QTest::newRow("NetCfgInstanceId of the wrong type")
+            << one << Bytes{'"' + guid1 + '"', "dword:00000001"} << QStringList{};
     }
 
     void inventory()
@@ -192,16 +193,18 @@ private slots:
         QTest::addColumn<QByteArray>("machine");   // facts, then registry keys from "[HKEY_" on
         QTest::addColumn<QString>("report");
         QTest::addColumn<NetworkCondition>("readBack");
-        const QString head = "Card\nMAC Address: 00-15-5D-4A-01-0B\nOperation status: Connected\nNetwork Connection: Net 1\n";
+        const QString head = "Card\nMAC Address: 00-15-5D-4A-01-0B\nOperation status: Connected\n"
+                             "Network Connection: Net 1\n";
         const QString tail = "DNS Server: 10.0.0.1\nFirewall: Off";
         const QByteArray mac = "mac=00-15-5D-4A-01-0B\n";
         QTest::newRow("static address")
-            << QByteArray("address=192.168.1.50/255.255.255.0,10.0.0.9/255.0.0.0\ngateway=192.168.1.1\nmac=00:15:5d:4a:01:0b\n")
+            << QByteArray("address=192.168.1.50/255.255.255.0,10.0.0.9/255.0.0.0\ngateway=192.168.1.1\n"
+                          "mac=00:15:5d:4a:01:0b\n")
             << QByteArray("[firewall]\nstate=on\n")
             << head + "DHCP Enabled: No\nIP Address: 192.168.1.50\nSubnet Mask: 255.255.255.0\n"
                       "Default Gateway: 192.168.1.1\nDNS Server: 10.0.0.1\nFirewall: On"
             << condition(1, 1, 0, "192.168.1.50", "255.255.255.0", "10.0.0.1", "192.168.1.1");
-        QTest::newRow("DHCP with its server") << "address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\n" + mac
+        QTest::newRow("DHCP server") << "address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\n" + mac
             << QByteArray() << head + "DHCP Enabled: Yes\nDHCP Server: 10.1.1.1\nIP Address: 10.1.1.5\n"
                                       "Subnet Mask: 255.255.0.0\nDefault Gateway: \n" + tail
             << condition(1, 0, 1, "10.1.1.5", "255.255.0.0", "10.0.0.1");
@@ -210,26 +213,29 @@ private slots:
             << head + "DHCP Enabled: No\n" + tail << condition(1, 0, 0, "", "", "10.0.0.1");
         QTest::newRow("GetIfEntry fails: no MAC, disconnected")
             << QByteArray("ifEntryError=31\naddress=10.1.1.5/255.0.0.0\n") << QByteArray()
-            << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\nDHCP Enabled: No\n"
-               "IP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n" + tail
+            << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
+               "DHCP Enabled: No\nIP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n" + tail
             << condition(0, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1");
         QTest::newRow("addresses that do not parse print as nothing")
             << "address=300.1.1.1/mask\ngateway=gw\n" + mac << QByteArray()
             << head + "DHCP Enabled: No\nIP Address: \nSubnet Mask: \nDefault Gateway: \n" + tail
             << condition(1, 0, 0, "", "", "10.0.0.1");
         QTest::newRow("firewall manager unavailable reads Off; IP Helper failing") << mac
-            << QByteArray("[firewall]\nstate=unavailable\n[network]\nadaptersInfoError=122\nnetworkParamsError=8\n")
+            << QByteArray("[firewall]\nstate=unavailable\n"
+                          "[network]\nadaptersInfoError=122\nnetworkParamsError=8")
             << head + "DHCP Enabled: No\nFirewall: Off" << condition(1, 0, 0);
-        const QByteArray nameServer = "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\"
-                                      "Interfaces\\" + TestMachine::adapterGuid(1) + "]\n\"NameServer\"=";
+        const QByteArray guid = TestMachine::adapterGuid(1);
+        const QByteArray nameServer = "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\"
+                                      "Parameters\\Interfaces\\" + guid + "]\n\"NameServer\"=";
+        const QString nullDns = head + "DHCP Enabled: No\nDNS Server: \nFirewall: Off";
         const QByteArray fits(259, '1');   // 518 bytes and the terminator: the whole 520-byte buffer
         QTest::newRow("a name server replaces the machine's; an empty part stays as a null address")
-            << unlisted << nameServer + "\",1.1.1.1\"" << head + "DHCP Enabled: No\nDNS Server: \nFirewall: Off"
-            << condition(1, 0, 0);
+            << unlisted << nameServer + "\",1.1.1.1\"" << nullDns << condition(1, 0, 0);
         QTest::newRow("a name server filling the 520-byte buffer exactly is read") << unlisted
-            << nameServer + '"' + fits + '"' << head + "DHCP Enabled: No\nDNS Server: \nFirewall: Off" << condition(1, 0, 0);
+            << nameServer + '"' + fits + '"' << nullDns << condition(1, 0, 0);
         QTest::newRow("one character more does not fit: the machine's servers") << unlisted
-            << nameServer + '"' + fits + "1\"" << head + "DHCP Enabled: No\n" + tail << condition(1, 0, 0, "", "", "10.0.0.1");
+            << nameServer + '"' + fits + "1\"" << head + "DHCP Enabled: No\n" + tail
+            << condition(1, 0, 0, "", "", "10.0.0.1");
     }
 
     void reportLines()
@@ -300,11 +306,10 @@ private slots:
         QTest::newRow("a stale log of one line among empty ones counts at once")
             << QByteArray() << QByteArray("\r\nOk.\r\r\n\n") << mapOk << false << QList<int>{1, 5, 1, 5};
         QTest::newRow("log removed by the first run, written by the second")
-            << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.") << QByteArray("a\nb\n")
-            << mapOk << false << QList<int>{2, 10, 1, 5};
-        QTest::newRow("no static script: the mapping at once") << none << none << mapOk << false << QList<int>{0, 0, 1, 5};
+            << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.")
+            << QByteArray("a\nb\n") << mapOk << false << QList<int>{2, 10, 1, 5};
         QTest::newRow("a map success text inside a line among errors, on attempt 2") << none << none
-            << QByteArray("1.write=x:/map_network.log\n1.text=System error 53 has occurred.\n2.append=x:/map_network.log\n"
+            << QByteArray("1.write=x:/map_network.log\n1.text=System error 53.\n2.append=x:/map_network.log\n"
                           "2.text=net use: The command completed successfully.\\nSystem error 5")
             << false << QList<int>{0, 0, 2, 10};
         QTest::newRow("lower-case map success text never counts: 16 seconds") << none << none
@@ -335,14 +340,14 @@ private slots:
         const int mapTicks = trace.filter(QRegularExpression("^2:")).size();
         QCOMPARE((QList<int>{m.count(staticStart), staticTicks, m.count(mapStart), mapTicks}), expected);
         if (starts)
-            QCOMPARE(trace.mid(0, 5), (QStringList{"1:1/4", "1:1/3", "1:1/2", "1:1/1", starts == 1 ? "1:1/5" : "1:2/5"}));
+            QCOMPARE(trace.mid(0, 5).join(' '), QString("1:1/4 1:1/3 1:1/2 1:1/1 1:%1/5").arg(qMin(starts, 2)));
         if (starts == 5)
             QCOMPARE(trace[ticks - 2], QStringLiteral("1:6/5"));   // "6" shows for one second
         if (expected[2] == 3)
             QCOMPARE(trace[ticks + expected[3] - 2], QStringLiteral("2:4/5"));
         QCOMPARE(m.read("drives/X/init.log").count("startIp="), starts);
         QCOMPARE(m.count(toolStart), second ? 0 : 1);
-        QVERIFY(second || m.journal().indexOf(QLatin1String(mapStart)) < m.journal().indexOf(QLatin1String(toolStart)));
+        QVERIFY(second || m.journal().indexOf(mapStart) < m.journal().indexOf(toolStart));
         QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
     }
 
@@ -362,9 +367,8 @@ private slots:
         shell->desktop->toolButton()->click();
         QCOMPARE(m.count(staticStart), 2);
         QVERIFY(!shell->staticIpTimer->isActive() && shell->mapNetworkTimer->isActive());
-        QCOMPARE(shell->bringUpStage, 2);
+        QVERIFY(shell->bringUpStage == 2 && shell->desktop->label_3()->text() == "1");
         QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QCOMPARE(shell->desktop->label_3()->text(), QStringLiteral("1"));
         shell->desktop->toolButton()->click();
         QCOMPARE(m.count(mapStart), 0);
         QCOMPARE(m.count(toolStart), 1);

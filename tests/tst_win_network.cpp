@@ -20,8 +20,7 @@ private:
 private slots:
     void cleanupTestCase() { software.remove(QStringLiteral("KelpieNetworkTest")); }
 
-    // Every record's own class GUID, formatted as the inventory does, is its class property; without
-    // leading zeros in the first fields the unpadded text is the property's.
+    // A record's class GUID fields are its class property, which the inventory's text spells.
     void deviceWalk()
     {
         const DeviceWalk walk = win.deviceWalk();
@@ -31,7 +30,8 @@ private slots:
             if (d.classGuid.isEmpty())
                 continue;
             const uchar *g = d.guidData4;
-            const QUuid record(d.guidData1, d.guidData2, d.guidData3, g[0], g[1], g[2], g[3], g[4], g[5], g[6], g[7]);
+            const QUuid record(d.guidData1, d.guidData2, d.guidData3, g[0], g[1], g[2], g[3], g[4], g[5], g[6],
+                               g[7]);
             QCOMPARE(record, QUuid(d.classGuid));
             if (ip_settings::classGuidText(d).size() == 38)
                 QCOMPARE(ip_settings::classGuidText(d), d.classGuid.toUpper());
@@ -88,7 +88,8 @@ private slots:
             QVERIFY(row.name.startsWith(QLatin1String("\\DEVICE\\TCPIP_")));
             const IfEntryFacts f = win.interfaceEntry(row.name);
             if (f.indexResult != 0)
-                QSKIP(qPrintable(QString("GetAdapterIndex does not know %1 (%2).").arg(row.name).arg(f.indexResult)));
+                QSKIP(qPrintable(QString("GetAdapterIndex does not know %1 (%2).").arg(row.name)
+                                     .arg(f.indexResult)));
             QVERIFY(f.entryResult == 0 && f.physAddr.size() == 8 && f.operStatus <= 6);
         }
     }

@@ -50,8 +50,7 @@ private slots:
         QVERIFY(win.removeFile(file) && !win.removeFile(file));
     }
 
-    // A shortcut our writer made is read by the shell link object; retargeted by the shell link
-    // object, it is read back by our reader. A damaged or missing one loads for neither.
+    // Our shortcuts and the shell link object's read each other; a damaged or missing one loads for neither.
     void shortcutsThroughTheShellLinkObject()
     {
         // Short names only (the temporary folder's path has them): the object's paths equal ours.
