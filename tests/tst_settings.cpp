@@ -101,10 +101,7 @@ struct Save {
     QTreeWidget *tree() { return d.findChild<QTreeWidget *>("treeWidget"); }
 };
 
-NetworkCondition staticNet()
-{
-    return {1, 1, 0, "10.1.2.3", "255.0.0.0", "10.0.0.1", "10.0.0.254", {}};
-}
+const NetworkCondition staticNet{1, 1, 0, "10.1.2.3", "255.0.0.0", "10.0.0.1", "10.0.0.254", {}};
 
 } // namespace
 
@@ -254,18 +251,18 @@ private slots:
         QTest::newRow("display: _kelpie.ini carried from the boot medium with the new resolution")
             << none << "1280x1024" << same << "E" << ini + copies << ""
             << QByteArrayList{QByteArray(carried).replace("1024x768", "1280x1024"), "ipAdd=old"};
-        QTest::newRow("network, static: both ini files") << none << QString() << staticNet() << "E"
+        QTest::newRow("network, static: both ini files") << none << QString() << staticNet << "E"
             << ini + netIni + copies << "" << QByteArrayList{firewallOn, staticNetIni};
         QTest::newRow("network by DHCP removes an old _kelpieNet.ini") << none << QString() << dhcp << "E"
             << ini + QStringList{"remove F:/_kelpieNet.ini"} + copies << "" << QByteArrayList{carried, {}};
         QTest::newRow("boot volume without _kelpie.ini: a critical message, nothing stored")
-            << none << "1280x1024" << staticNet() << "C" << none << "Path not found|Cannot find boot media C:\\"
+            << none << "1280x1024" << staticNet << "C" << none << "Path not found|Cannot find boot media C:\\"
             << untouched;
         for (const char *failing : {"readOnly=1", "freeBytes=0", "vanish"})
             QTest::newRow(qPrintable(QString("nothing stored when %1").arg(failing)))
-                << QStringList{failing} << "1280x1024" << staticNet() << "E" << none << "" << untouched;
+                << QStringList{failing} << "1280x1024" << staticNet << "E" << none << "" << untouched;
         QTest::newRow("nearly full stick: room for the small file alone")
-            << QStringList{"freeBytes=80"} << "1280x1024" << staticNet() << "E" << netIni << ""
+            << QStringList{"freeBytes=80"} << "1280x1024" << staticNet << "E" << netIni << ""
             << QByteArrayList{old, staticNetIni};
     }
 

@@ -117,11 +117,10 @@ private slots:
     void retargetKeepsTheRest()
     {
         Link old;
-        const quint32 flags = HasLinkTargetIDList | HasLinkInfo | HasArguments | HasExpString | IsUnicode
-                              | 0x2000;
-        QVERIFY(read(header(flags)
-                         + idListFor() + ansiLinkInfo("D:\\Tools\\t.exe", "") + QByteArray("\x02\x00-\0x\0", 6)
-                         + environmentBlockFor("D:\\Tools\\t.exe") + consoleBlock + terminal,
+        const quint32 flags = HasLinkTargetIDList | HasLinkInfo | HasArguments | HasExpString | IsUnicode;
+        QVERIFY(read(header(flags | 0x2000) + idListFor() + ansiLinkInfo("D:\\Tools\\t.exe", "")
+                         + QByteArray("\x02\x00-\0x\0", 6) + environmentBlockFor("D:\\Tools\\t.exe")
+                         + consoleBlock + terminal,
                      &old));
         QCOMPARE(old.target, QString("D:\\Tools\\t.exe"));
         Link moved = old, back;
@@ -155,7 +154,6 @@ private slots:
         QVERIFY(!read(data, &link));
         QCOMPARE(link.target, QString("untouched"));
     }
-
 };
 
 KELPIE_TEST_MAIN(TestShellLink)
