@@ -88,6 +88,8 @@ private slots:
         QTest::newRow("ANSI base path joined with its suffix")
             << header(HasLinkInfo) + ansiLinkInfo("C:\\Tools", "bin\\t\xe9.exe") + terminal
             << "C:\\Tools\\bin\\t\u00e9.exe" << "" << "";
+        QTest::newRow("link information to be ignored is skipped")
+            << header(HasLinkInfo | ForceNoLinkInfo) + ansiLinkInfo("C:\\a", "") + terminal << "" << "" << "";
         QTest::newRow("environment block when nothing else names a target")
             << header(HasExpString | IsUnicode) + environmentBlockFor("%SystemRoot%\\notepad.exe") + terminal
             << "%SystemRoot%\\notepad.exe" << "" << "";
