@@ -45,6 +45,7 @@ private slots:
         QVERIFY(win.saveFile(file, "imageLang=1\r\nbuild=old") && win.saveFile(file, "build=new"));
         QFile read(file);
         QVERIFY(read.open(QIODevice::ReadOnly) && read.readAll() == "build=new");
+        read.close();   // an open file cannot be removed on Windows
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"_kelpie.ini"});   // no temporary left
         QVERIFY(!win.saveFile(dir.path() + "/missing/x.ini", "x"));
         QVERIFY(win.removeFile(file) && !win.removeFile(file));
