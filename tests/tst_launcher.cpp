@@ -41,17 +41,13 @@ QStringList menuTexts(QMenu *menu)
     return out;
 }
 
-void sendMouse(QWidget *w, QEvent::Type type, QPoint pos)
+// A left button press or release at pos, or an event without data (Enter, Leave).
+void send(QWidget *w, QEvent::Type type, QPoint pos = QPoint(10, 10))
 {
-    QMouseEvent e(type, pos, w->mapToGlobal(pos), Qt::LeftButton,
-                  type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(w, &e);
-}
-
-void sendPlain(QWidget *w, QEvent::Type type)
-{
-    QEvent e(type);
-    QApplication::sendEvent(w, &e);
+    QMouseEvent mouse(type, pos, w->mapToGlobal(pos), Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QEvent plain(type);
+    QApplication::sendEvent(w, type == QEvent::Enter || type == QEvent::Leave ? &plain : &mouse);
 }
 
 } // namespace
@@ -83,9 +79,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("cfg");
         QTest::addColumn<QStringList>("read");
-        auto row = [](const char *rule, const QByteArray &cfg, const QStringList &read) {
-            QTest::newRow(rule) << cfg << read;
-        };
+        auto row = [](const char *rule, const QByteArray &cfg, const QStringList &read) { QTest::newRow(rule) << cfg << read; };
         row("toRun stands anywhere in a line, even commented, the key cut out; it needs two fields",
             "; xtoRun=a|b|c\ntoRun=lonely", {"run ; xa|b"});
         row("other commented keys and unknown lines are passed over", "; version=1\n;title=t\nSyst\xc3\xa8me=x", {});
@@ -173,12 +167,6 @@ private slots:
         QCOMPARE(notes[0].text, note);
     }
 
-    void missingFile()
-    {
-        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
-                && !shellconfig::readFixedButtons().opened);
-    }
-
     void mediumStartEntry_data()
     {
         QTest::addColumn<QString>("program");
@@ -186,7 +174,6 @@ private slots:
         QTest::addColumn<int>("disk");
         QTest::addColumn<QString>("args");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("the medium's tool learns its disk") << "Zembra.exe" << true << 1 << " -a" << "-xd=1 -a";
         QTest::newRow("disk 0, in any case and folder") << "tools\\ZEMBRA" << true << 0 << "" << "-xd=0 ";
         QTest::newRow("no disk known") << "Zembra.exe" << true << -1 << " -a" << " -a";
         QTest::newRow("not removable") << "Zembra.exe" << false << 1 << " -a" << " -a";
@@ -215,13 +202,11 @@ private slots:
 
     void menuWithoutFile()
     {
+        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
+                && !shellconfig::readFixedButtons().opened);
         auto s = shell(QByteArray());
-        // The fixed entries alone, in their order, in the menus' font.
-        QCOMPARE(menuTexts(s->mainMenu), QStringList({"About Kelpie", "--", "--", "Run...", "Load Driver",
-                                                      "Turn Off Computer"}));
-        for (my_PushButton *b : {s->keyboardButton, s->timeButton, s->displayButton,
-                                 s->taskManagerButton, s->explorerButton, s->shotButton})
-            QVERIFY(b->isHidden());
+        // The fixed entries alone, in their order.
+        QCOMPARE(menuTexts(s->mainMenu), QStringList({"About Kelpie", "--", "--", "Run...", "Load Driver", "Turn Off Computer"}));
     }
 
     void menuFromFile()
@@ -232,7 +217,8 @@ private slots:
         mediumDiskNumber = 1;
         auto s = shell("menuItem=1|100|Early|i.png|early.exe||\ntoRun=net|-x\nmainMenu=1|Tools|t.png\nmainMenu=0|Orphans|o.png\n"
                        "menuItem=1|101|Ping|p24.png|ping.exe|-t|Sends pings\nmainSeparator\nmenuItem=0|5|Direct|d.png|tools/d.exe|a/b|\n"
-                       "menuItem=9|6|Lost|d.png|lost.exe||\nmenuItem=-1|8|Unplaced|d.png|u.exe||\n");
+                       "menuItem=9|6|Lost|d.png|lost.exe||\nmenuItem=-1|8|Unplaced|d.png|u.exe||\n"
+                       "menuItem=0|1000|Menu|i.png|menu.exe||\nmorvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n");
         const QStringList texts = menuTexts(s->mainMenu);
         const int about = texts.indexOf(QStringLiteral("About Kelpie"));
         QCOMPARE(texts.mid(about, 6), QStringList({"About Kelpie", "--", "Tools", "Orphans", "--", "Direct"}));
@@ -245,17 +231,19 @@ private slots:
         QVERIFY(ping && ping->hint == QStringLiteral("Sends pings"));
         auto *direct = qobject_cast<my_Action *>(s->mainMenu->actions().at(about + 5));
         // Forward reference, unknown and negative parents: no record.
-        QCOMPARE(s->appList.size(), 2);
-        QCOMPARE(s->appList[0].id + s->appList[1].id, 101 + 5);
+        QCOMPARE(s->appList.size(), 4);
+        QCOMPARE(s->appList[0].id + s->appList[1].id + s->appList[2].id + s->appList[3].id, 101 + 5 + 1000 + 1000);
         // The medium's start entry follows the file's.
         QCOMPARE(toRunList.size(), 2);
         QCOMPARE(toRunList[0].program + toRunList[1].program + toRunList[1].arguments,
                  QStringLiteral("netZembra.exe-xd=1 -a"));
 
-        // A click on the entry reaches startApp: slashes turn, parameters stay.
+        // A click on the entry reaches startApp: slashes turn, parameters stay. The launcher
+        // button numbered like a menu entry starts the entry.
         direct->trigger();
         ping->trigger();
-        QCOMPARE(starts(*m), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t")}));
+        emit s->findChildren<MyButton *>().at(0)->mButtonClicked(1000);
+        QCOMPARE(starts(*m), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t"), startLine("menu.exe", "")}));
     }
 
     void startAppRecords()
@@ -272,15 +260,6 @@ private slots:
         QCOMPARE(s->appList[0].path, QStringLiteral("mapDrive.exe"));
         QCOMPARE(starts(*m), QStringList({startLine("mapDrive.exe", "/x"), startLine("mapDrive.exe", "/x"),
                                           startLine(QString(longPath).replace('/', '\\'), longParams)}));
-    }
-
-    void menuItemShadowsLauncherButton()
-    {
-        auto s = shell("menuItem=0|1000|Menu|i.png|menu.exe||\nmorvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n");
-        const QList<MyButton *> buttons = s->findChildren<MyButton *>();
-        QCOMPARE(buttons.size(), 1);
-        emit buttons[0]->mButtonClicked(1000);
-        QCOMPARE(starts(*m), QStringList({startLine("menu.exe", "")}));
     }
 
     void runTaskListQueue()
@@ -301,6 +280,11 @@ private slots:
         secondInstance = true;
         s->runTaskList();
         QCOMPARE(starts(*m).size(), 2);
+        // An init.log that cannot be written costs its line, not the start.
+        QVERIFY(QFile::remove(m->folder() + "/drives/X/init.log") && QDir(m->folder()).mkpath("drives/X/init.log"));
+        secondInstance = false;
+        s->runTaskList();
+        QCOMPARE(starts(*m).size(), 3);
     }
 
     void fixedButtonsFromFile()
@@ -342,10 +326,12 @@ private slots:
         QCOMPARE(seen.top(), 66);
     }
 
-    // The button under the pointer grows most, its neighbours a little, the rest not at all.
-    void hoverChain()
+    // The button under the pointer grows most, its neighbours a little, the rest not at all; a
+    // press grows it once more, and a release anywhere starts its program.
+    void hoverChainAndPress()
     {
-        auto s = shell("morvaneItem=a|b|c|t0|p0|\nmorvaneItem=a|b|c|t1|p1|\nmorvaneItem=a|b|c|t2|p2|\nmorvaneItem=a|b|c|t3|p3|\n");
+        displayHeight = 600;
+        auto s = shell("morvaneItem=a|b|c|t0|p0|\nmorvaneItem=a|b|c|t1|p1|\nmorvaneItem=a|b|c|t2|p2|-z\nmorvaneItem=a|b|c|t3|p3|\n");
         QList<MyButton *> b = s->findChildren<MyButton *>();
         std::sort(b.begin(), b.end(), [](MyButton *x, MyButton *y) { return x->id < y->id; });
         QCOMPARE(b.size(), 4);
@@ -358,32 +344,24 @@ private slots:
             for (int i = 0; i < 4; ++i)
                 QCOMPARE(b[i]->geometry(), look(i, sizes + i));
         };
-        sendPlain(b[1], QEvent::Enter);
+        send(b[1], QEvent::Enter);
         expect("nhnr");
         QVERIFY(b[1]->hovered);
-        sendPlain(b[1], QEvent::Leave);
+        send(b[1], QEvent::Leave);
         expect("rrrr");
-        sendPlain(b[2], QEvent::Enter);
+        send(b[2], QEvent::Enter);
         expect("rnhn");
-    }
-
-    void pressThenReleaseElsewhereStarts()
-    {
-        displayHeight = 600;
-        auto s = shell("morvaneItem=a|b|c|t|far.exe|-z\n");
-        MyButton *b = s->findChildren<MyButton *>().at(0);
-        const QPoint restPos = b->pos();
-        sendMouse(b, QEvent::MouseButtonPress, QPoint(5, 6));
-        QCOMPARE(b->geometry(), QRect(restPos + QPoint(-15, -31), QSize(50, 56)));
-        QCOMPARE(dragOffset, QPoint(b->x() + 5, 600 - 90 + 6));
-        sendMouse(b, QEvent::MouseButtonRelease, QPoint(500, 400));
-        QCOMPARE(b->geometry(), QRect(restPos + QPoint(-14, -30), QSize(48, 54)));
-        QCOMPARE(starts(*m), QStringList({startLine("far.exe", "-z")}));
+        send(b[2], QEvent::MouseButtonPress, QPoint(5, 6));
+        QCOMPARE(b[2]->geometry(), QRect(look(2, "r").topLeft() + QPoint(-15, -31), QSize(50, 56)));
+        QCOMPARE(dragOffset, QPoint(b[2]->x() + 5, 600 - 90 + 6));
+        send(b[2], QEvent::MouseButtonRelease, QPoint(500, 400));
+        QCOMPARE(b[2]->geometry(), look(2, "h"));
+        QCOMPARE(starts(*m), QStringList({startLine("p2", "-z")}));
     }
 
     // Open at first; a press closes it (hover), the pointer leaving rests it, entering hovers it,
     // a press opens it, and open it stays pressed when the pointer leaves.
-    void startButtonStates()
+    void startButtonStatesAndPulse()
     {
         mainButton b;
         QSignalSpy open(&b, &mainButton::needOpenMenu);
@@ -392,24 +370,18 @@ private slots:
         QString states = look();
         for (QEvent::Type t : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::Leave, QEvent::Enter,
                                QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::Leave}) {
-            if (t == QEvent::Leave || t == QEvent::Enter)
-                sendPlain(&b, t);
-            else
-                sendMouse(&b, t, QPoint(10, 10));
+            send(&b, t);
             states += look();
         }
         QCOMPARE(states, QString("2o11012o2o2o"));
         QVERIFY(b.menuRunning);
         QCOMPARE(close.count() + 10 * open.count(), 11);
-    }
 
-    void rainbowPulse()
-    {
-        mainButton b;
-        QList<int> states;
+        // The pulse: up and down once, then a long pause.
+        QList<int> pulse;
         for (int i = 0; i < 11; ++i)
-            states.append((b.rainbowStep(), b.state));
-        QCOMPARE(states, QList<int>({0, 5, 6, 7, 8, 9, 8, 7, 6, 5, 0}));
+            pulse.append((b.rainbowStep(), b.state));
+        QCOMPARE(pulse, QList<int>({0, 5, 6, 7, 8, 9, 8, 7, 6, 5, 0}));
         QCOMPARE(b.rainbowTimer->interval(), 100);
         for (int i = 0; i < 11; ++i)
             b.rainbowStep();
