@@ -271,25 +271,15 @@ private slots:
         QCOMPARE(shell->desktop->desktopCount, shown);
     }
 
-    // The stages themselves are the network suite's; here: the menu opens only off the mapping
-    // road, and the programs start once, after the menu and the stages.
-    void initChain_data()
-    {
-        QTest::addColumn<QStringList>("scripts");
-        QTest::addColumn<int>("menus");
-        const QString ip = "X:/Program Files/kelpie/start_ip.cmd", map = "X:/map_network.cmd";
-        QTest::newRow("no scripts: the menu opens, then the programs start") << QStringList() << 1;
-        QTest::newRow("mapping script: no menu") << QStringList{map} << 0;
-        QTest::newRow("both scripts, one after the other") << QStringList{ip, map} << 0;
-    }
-
+    // The bring-up stages are the network suite's. With no scripts: the set-up tools go, the
+    // panel comes up locked with its ticks running, the menu opens, and the programs start once,
+    // after it. The first tick's memory line stays when the machine stops answering.
     void initChain()
     {
-        QFETCH(QStringList, scripts);
-        QFETCH(int, menus);
         m->config("toRun=tool|-q\n");
-        for (const QString &script : scripts)
-            m->file(script, "@echo off\n");
+        m->facts("memory", "totalMB=1024\navailableMB=300");
+        for (const char *tool : {"initKelpie.exe", "initKP.exe", "cfg_winpe.exe", "keep.exe"})
+            m->file(QString("X:/Program Files/kelpie/") + tool, "MZ");
         auto shell = makeShell();
         shell->show();
         int shown = 0;
@@ -299,29 +289,11 @@ private slots:
             startedBeforeMenuClosed = m->journalOf("start").contains(toolStart);
         });
         shell->init();
-        for (int stage = 0; stage < scripts.size(); ++stage) {
-            QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-            QVERIFY(!m->journalOf("start").contains(toolStart));
-            shell->needStopOperation(1);   // the desktop's stop button
-        }
-        QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QCOMPARE(shown, menus);
+        QCOMPARE(shown, 1);
         QVERIFY(!startedBeforeMenuClosed);
         QCOMPARE(m->journalOf("start").count(toolStart), 1);
-    }
-
-    // The first tick's memory line stays when the machine stops answering.
-    void initTidiesLocksAndTicks()
-    {
-        m->facts("memory", "totalMB=1024\navailableMB=300");
-        for (const char *tool : {"initKelpie.exe", "initKP.exe", "cfg_winpe.exe", "keep.exe"})
-            m->file(QString("X:/Program Files/kelpie/") + tool, "MZ");
-        m->file("X:/map_network.cmd", "@echo off\n");   // no menu on this road
-        auto shell = makeShell();
-        shell->show();
-        shell->init();
-        QCOMPARE(QDir(m->folder() + "/drives/X/Program Files/kelpie").entryList(QDir::Files), QStringList("keep.exe"));
-        QVERIFY(shell->panelShown && shell->panelLocked && !shell->mainMenu->isVisible());
+        QCOMPARE(QDir(m->folder() + "/drives/X/Program Files/kelpie").entryList({"*.exe"}), QStringList("keep.exe"));
+        QVERIFY(shell->panelShown && shell->panelLocked && !shell->desktop->waitPanel->isVisibleTo(shell->desktop));
         QVERIFY(shell->hideTimer->isActive() && shell->statusTimer->isActive());
         QLabel *memory = formWidget<QLabel>(*shell, "label_3");
         QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
