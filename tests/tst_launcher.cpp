@@ -22,15 +22,9 @@
 
 namespace {
 
-// The "start" lines of the journal, without the operation name.
-QStringList starts(const TestMachine &m)
-{
-    return m.journalOf(QStringLiteral("start")).replaceInStrings(QRegularExpression("^start\t"), QString());
-}
-
 QString startLine(const QString &file, const QString &params)
 {
-    return QStringLiteral("open\t%1\t%2\t1").arg(file, params);
+    return QStringLiteral("start\topen\t%1\t%2\t1").arg(file, params);
 }
 
 QStringList menuTexts(QMenu *menu)
@@ -176,10 +170,12 @@ private slots:
         QVERIFY(!appstart::mediumStartEntry(QString(), " -a", removable, disk, &e));
     }
 
-    // The start queue's paths are shown by runTaskListQueue, the menu above and below the panel
-    // by menuOpensAboveWhenTooTall.
-    void pathRules()
+    // The start queue's paths are shown by startQueueAndRecords, the menu above the panel by
+    // menuOpensAboveWhenTooTall. Without data_shell.cfg nothing is read.
+    void pathRulesAndNoFile()
     {
+        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
+                && !shellconfig::readFixedButtons().opened);
         QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")), QStringLiteral("icons/32/net32.png"));
         QCOMPARE(mainMenuTop(768, 202, 500), 268);   // exactly room for it below
     }
@@ -193,7 +189,8 @@ private slots:
         auto s = shell("menuItem=1|100|Early|i.png|early.exe||\ntoRun=net|-x\nmainMenu=1|Tools|t.png\nmainMenu=0|Orphans|o.png\n"
                        "menuItem=1|101|Ping|p24.png|ping.exe|-t|Sends pings\nmainSeparator\nmenuItem=0|5|Direct|d.png|tools/d.exe|a/b|\n"
                        "menuItem=9|6|Lost|d.png|lost.exe||\nmenuItem=-1|8|Unplaced|d.png|u.exe||\n"
-                       "menuItem=0|1000|Menu|i.png|menu.exe||\nmorvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n");
+                       "menuItem=0|1000|Menu|i.png|menu.exe||\nmorvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n"
+                       "fixedB3=t.png|Tasks|tm.exe\nfixedB5=s.png|Shot|shot.exe\n");
         const QStringList texts = menuTexts(s->mainMenu);
         const int about = texts.indexOf(QStringLiteral("About Kelpie"));
         QCOMPARE(texts.mid(about, 6), QStringList({"About Kelpie", "--", "Tools", "Orphans", "--", "Direct"}));
@@ -212,38 +209,32 @@ private slots:
         QCOMPARE(toRunList[0].program + toRunList[1].program + toRunList[1].arguments,
                  QStringLiteral("netZembra.exe-xd=1 -a"));
 
+        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()) && s->shotButton->isVisibleTo(s.get()));
+        QVERIFY(s->timeButton->isHidden() && s->keyboardButton->isHidden());
+        QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
+
         // A click on the entry reaches startApp: slashes turn, parameters stay. The launcher
-        // button numbered like a menu entry starts the entry.
+        // button numbered like a menu entry starts the entry. The clock's editor is reachable
+        // with nothing set.
         direct->trigger();
         ping->trigger();
         emit s->findChildren<MyButton *>().at(0)->mButtonClicked(1000);
-        QCOMPARE(starts(*m), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t"), startLine("menu.exe", "")}));
+        s->taskManagerButton->click();
+        s->shotButton->click();
+        s->startTimeEditor();
+        s->noAdapterButton->click();
+        QCOMPARE(m->journalOf("start"), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t"),
+                                                     startLine("menu.exe", ""), startLine("tm.exe", ""), startLine("shot.exe", ""),
+                                                     startLine("", ""), startLine("IPcfg.exe", "")}));
     }
 
-    // No data_shell.cfg: nothing read, the records set by hand.
-    void startAppRecords()
-    {
-        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
-                && !shellconfig::readFixedButtons().opened);
-        const QString longPath = QStringLiteral("C:/") + QString(297, QLatin1Char('p'));
-        const QString longParams = QString(300, QLatin1Char('q'));
-        auto s = shell(QByteArray());
-        s->appList = {{1, QStringLiteral("#mapdrive"), QStringLiteral("/x")},
-                      {2, QString(), QStringLiteral("-a")},
-                      {3, longPath, longParams},
-                      {3, QStringLiteral("second.exe"), QString()}};
-        for (int id : {1, 1, 2, 42, 3})
-            s->startApp(id);
-        QCOMPARE(s->appList[0].path, QStringLiteral("mapDrive.exe"));
-        QCOMPARE(starts(*m), QStringList({startLine("mapDrive.exe", "/x"), startLine("mapDrive.exe", "/x"),
-                                          startLine(QString(longPath).replace('/', '\\'), longParams)}));
-    }
-
-    void runTaskListQueue()
+    // The start queue's paths and log lines, each program once, none in a second instance; then
+    // startApp by id: "#mapdrive" rewritten for good, no path no start, the first of two ids.
+    void startQueueAndRecords()
     {
         auto s = shell("toRun=Net%1.EXE|-x\ntoRun=my.exe.bak|\n");
         s->runTaskList();
-        QCOMPARE(starts(*m), QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
+        QCOMPARE(m->journalOf("start"), QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
                                           startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
         QVERIFY(toRunList.isEmpty());
         // One log line a start, with the last error: neither program is on the medium. A "%1"
@@ -251,31 +242,29 @@ private slots:
         QCOMPARE(m->read("drives/X/init.log"), QByteArray("run x:\\program files\\kelpie\\Net%1.EXE.exe=2\r\n"
                                                       "run x:\\program files\\kelpie\\my.exe.bak=2\r\n"));
         s->runTaskList();
-        QCOMPARE(starts(*m).size(), 2);
+        QCOMPARE(m->journalOf("start").size(), 2);
 
         toRunList = {{QStringLiteral("a"), QString()}};
         secondInstance = true;
         s->runTaskList();
-        QCOMPARE(starts(*m).size(), 2);
+        QCOMPARE(m->journalOf("start").size(), 2);
         // An init.log that cannot be written costs its line, not the start.
         QVERIFY(QFile::remove(m->folder() + "/drives/X/init.log") && QDir(m->folder()).mkpath("drives/X/init.log"));
         secondInstance = false;
         s->runTaskList();
-        QCOMPARE(starts(*m).size(), 3);
-    }
+        QCOMPARE(m->journalOf("start").size(), 3);
 
-    void fixedButtonsFromFile()
-    {
-        auto s = shell("fixedB3=t.png|Tasks|tm.exe\nfixedB5=s.png|Shot|shot.exe\n");
-        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()) && s->shotButton->isVisibleTo(s.get()));
-        QVERIFY(s->timeButton->isHidden() && s->keyboardButton->isHidden());
-        QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
-        s->taskManagerButton->click();
-        s->shotButton->click();
-        s->startTimeEditor();   // reachable from the clock with nothing set
-        s->noAdapterButton->click();
-        QCOMPARE(starts(*m), QStringList({startLine("tm.exe", ""), startLine("shot.exe", ""),
-                                          startLine("", ""), startLine("IPcfg.exe", "")}));
+        const QString longPath = QStringLiteral("C:/") + QString(297, QLatin1Char('p'));
+        const QString longParams = QString(300, QLatin1Char('q'));
+        s->appList = {{1, QStringLiteral("#mapdrive"), QStringLiteral("/x")},
+                      {2, QString(), QStringLiteral("-a")},
+                      {3, longPath, longParams},
+                      {3, QStringLiteral("second.exe"), QString()}};
+        for (int id : {1, 1, 2, 42, 3})
+            s->startApp(id);
+        QCOMPARE(s->appList[0].path, QStringLiteral("mapDrive.exe"));
+        QCOMPARE(m->journalOf("start").mid(3), QStringList({startLine("mapDrive.exe", "/x"), startLine("mapDrive.exe", "/x"),
+                                                            startLine(QString(longPath).replace('/', '\\'), longParams)}));
     }
 
     void menuOpensAboveWhenTooTall()
@@ -327,7 +316,7 @@ private slots:
         QCOMPARE(dragOffset, QPoint(b[2]->x() + 5, 600 - 90 + 6));
         send(b[2], QEvent::MouseButtonRelease, QPoint(500, 400));
         QCOMPARE(b[2]->geometry(), look(2, "h"));
-        QCOMPARE(starts(*m), QStringList({startLine("p2", "-z")}));
+        QCOMPARE(m->journalOf("start"), QStringList({startLine("p2", "-z")}));
     }
 
     // Open at first; a press closes it (hover), the pointer leaving rests it, entering hovers it,
