@@ -14,11 +14,9 @@
 #include "launcher/mybutton.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
-#include "my_shell1/my_shell1.h"
 
 #include <QMouseEvent>
 #include <QScreen>
-#include <memory>
 
 namespace {
 

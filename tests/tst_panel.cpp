@@ -6,7 +6,6 @@
 #include "menucloser.h"
 
 #include "desktop/dektopwidget.h"
-#include "desktop/my_toolbutton.h"
 #include "launcher/mainbutton.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"

@@ -252,60 +252,49 @@ private slots:
     }
 
     // Hotkey 2 is not registered; the last line is not finished yet. Only what is new is
-    // delivered; the unfinished line arrives once it ends.
-    void deliversInboxMessages()
+    // delivered; the unfinished line arrives once it ends. Modifiers are held only while their key
+    // event is delivered.
+    void deliversInboxMessagesAndKeys()
     {
-        QStringList got;   // "hotkey <id>" or "copydata <wParam> [text]"
-        m->sim->setMessageSink([&got](const NativeMessage &msg) {
+        QStringList got;   // "hotkey <id>", "copydata <wParam> [text]" or "key <vk> <flags> <code> <held>"
+        SimPlatform *sim = m->sim;
+        sim->setMessageSink([&got](const NativeMessage &msg) {
             got << (msg.kind == NativeMessage::HotKey ? QString("hotkey %1").arg(msg.hotKeyId)
                                                       : QString("copydata %1 [%2]").arg(msg.wParam).arg(msg.text));
         });
-        m->sim->registerHotKey(7, 1, 8, 91);
-        m->write("inbox.txt", "hotkey 1\nhotkey 2\nhotkey x\ncopydata 1 Refresh\ncopydata 0  two  blanks \r\n"
-                              "copydata abc Refresh\ncopydata\nnonsense\nhotkey 1");
-        m->sim->pollInbox();
-        QCOMPARE(got.size(), 3);
+        sim->installKeyboardHook([&got, sim](const KeyHookEvent &e) {
+            got << QString("key %1 %2 %3 %4%5%6").arg(e.vkCode).arg(e.flags).arg(e.code)
+                       .arg(sim->asyncKeyState(17) < 0 ? "c" : "-")
+                       .arg(sim->asyncKeyState(18) < 0 ? "a" : "-")
+                       .arg(sim->asyncKeyState(16) < 0 ? "s" : "-");
+            return true;
+        });
+        sim->registerHotKey(7, 1, 8, 91);
+        m->write("inbox.txt", "hotkey 1\nhotkey 2\nhotkey x\ncopydata 1 Refresh\ncopydata 0  two  blanks \r\ncopydata abc Refresh\n"
+                              "copydata\nnonsense\nkey down 46 ctrl alt\nkey down 0x2e ctrl alt repeat\nkey up 46 shift\n"
+                              "key sideways 46\nkey down 46 meta\nkey down\nkey down 300\nKEY DOWN 91\nhotkey 1");
+        sim->pollInbox();
+        QCOMPARE(got.size(), 7);
+        QCOMPARE(sim->asyncKeyState(17), short(0));
         append(*m, "inbox.txt", "\ncopydata 5\n");
-        m->sim->pollInbox();
-        m->sim->pollInbox();
-        QCOMPARE(got, (QStringList{"hotkey 1", "copydata 1 [Refresh]", "copydata 0 [ two  blanks ]", "hotkey 1", "copydata 5 []"}));
-        m->sim->unregisterHotKey(7, 1);
-        m->send("hotkey 1");
-        QCOMPARE(got.size(), 5);
+        sim->pollInbox();
+        sim->pollInbox();
+        QCOMPARE(got, (QStringList{"hotkey 1", "copydata 1 [Refresh]", "copydata 0 [ two  blanks ]", "key 46 0 0 ca-",
+                                   "key 46 0 0 ca-", "key 46 128 0 --s", "key 91 0 0 ---", "hotkey 1", "copydata 5 []"}));
+        sim->unregisterHotKey(7, 1);
+        sim->removeKeyboardHook();
+        m->send("hotkey 1\nkey down 46 ctrl alt");
+        QCOMPARE(got.size(), 9);
 
         // The watch on the file delivers by itself, also after the file was replaced.
         append(*m, "inbox.txt", "copydata 1 watched\n");
-        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 6, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 10, 5000);
         QCOMPARE(got.last(), QStringLiteral("copydata 1 [watched]"));
         m->write("inbox.new", "copydata 1 replaced\n");
         QVERIFY(QFile::remove(m->folder() + "/inbox.txt"));
         QVERIFY(QFile::rename(m->folder() + "/inbox.new", m->folder() + "/inbox.txt"));
-        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 7, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(got.size(), 11, 5000);
         QCOMPARE(got.last(), QStringLiteral("copydata 1 [replaced]"));
-    }
-
-    // The modifiers are held only while the event is delivered.
-    void deliversKeyEventsWithModifiers()
-    {
-        QStringList seen;
-        SimPlatform *sim = m->sim;
-        m->sim->installKeyboardHook([&seen, sim](const KeyHookEvent &e) {
-            seen << QString("%1 %2 %3 %4%5%6").arg(e.vkCode).arg(e.flags).arg(e.code)
-                        .arg(sim->asyncKeyState(17) < 0 ? "c" : "-")
-                        .arg(sim->asyncKeyState(18) < 0 ? "a" : "-")
-                        .arg(sim->asyncKeyState(16) < 0 ? "s" : "-");
-            return true;
-        });
-        m->write("inbox.txt", "key down 46 ctrl alt\nkey down 0x2e ctrl alt repeat\nkey up 46 shift\nkey sideways 46\n"
-                              "key down 46 meta\nkey down\nkey down 300\nKEY DOWN 91\n");
-        m->sim->pollInbox();
-        QCOMPARE(seen, (QStringList{"46 0 0 ca-", "46 0 0 ca-", "46 128 0 --s", "91 0 0 ---"}));
-        QCOMPARE(m->sim->asyncKeyState(17), short(0));
-        m->send("key down 46 ctrl alt");
-        QCOMPARE(seen.size(), 5);
-        m->sim->removeKeyboardHook();
-        m->send("key down 46 ctrl alt");
-        QCOMPARE(seen.size(), 5);
     }
 
     // An inbox emptied and written anew is read from its start.
