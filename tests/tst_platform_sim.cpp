@@ -199,7 +199,6 @@ private slots:
                                "1024x768x16@60, bad, 1280x1024\n[keyboard]\nlayouts=0x04090409, 04190419\nforeground=04190419\n"
                                "[processes]\nrunning=smss.exe, autorun.exe\n";
         m->write("machine.ini", ini);
-        QCOMPARE(m->sim->memoryStatus().totalPhys, quint64(1024) << 20);
         QVERIFY(m->sim->displayMode(2, &mode) && !m->sim->displayMode(3, &mode));
         QCOMPARE(SimMachineFacts::modeText(mode), QStringLiteral("1280x1024x32@60"));
         QCOMPARE(m->sim->keyboardLayouts(), (QList<quint64>{0x04090409, 0x04190419}));
