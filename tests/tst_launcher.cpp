@@ -128,19 +128,6 @@ private slots:
         QCOMPARE(got, read);
     }
 
-    // The checker's notes quote values as written, whatever "%n" they hold.
-    void notesQuoteValuesAsWritten()
-    {
-        m->config("menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|\nfixedB2=i|t|%1.exe\n");
-        QList<ConfigNote> notes;
-        shellconfig::readMainMenu(QString::fromLatin1(shellconfig::fileName()), &notes);
-        shellconfig::readFixedButtons(QString::fromLatin1(shellconfig::fileName()), &notes);
-        QStringList texts;
-        for (const ConfigNote &n : notes)
-            texts << n.text;
-        QCOMPARE(texts, QStringList({"menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"", "fixed button 2 runs \"%1.exe\""}));
-    }
-
     void mediumStartEntry_data()
     {
         QTest::addColumn<QString>("program");
@@ -165,13 +152,22 @@ private slots:
     }
 
     // The start queue's paths are shown by startQueueAndRecords, the menu above the panel by
-    // menuFromFile. Without data_shell.cfg nothing is read.
-    void pathRulesAndNoFile()
+    // menuFromFile. Without data_shell.cfg nothing is read; the checker's notes quote values as
+    // written, whatever "%n" they hold.
+    void pathRulesAndNotes()
     {
-        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
-                && !shellconfig::readFixedButtons().opened);
         QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")), QStringLiteral("icons/32/net32.png"));
         QCOMPARE(mainMenuTop(768, 202, 500), 268);   // exactly room for it below
+        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
+                && !shellconfig::readFixedButtons().opened);
+        m->config("menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|\nfixedB2=i|t|%1.exe\n");
+        QList<ConfigNote> notes;
+        shellconfig::readMainMenu(QString::fromLatin1(shellconfig::fileName()), &notes);
+        shellconfig::readFixedButtons(QString::fromLatin1(shellconfig::fileName()), &notes);
+        QStringList texts;
+        for (const ConfigNote &n : notes)
+            texts << n.text;
+        QCOMPARE(texts, QStringList({"menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"", "fixed button 2 runs \"%1.exe\""}));
     }
 
     void menuFromFile()

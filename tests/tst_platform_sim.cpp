@@ -115,11 +115,8 @@ private slots:
         const QByteArray wide = m->read("registry.reg");
         QVERIFY(wide.startsWith("\xff\xfe") && wide.contains(utf16("\"Name\"=\"Сеть 1\"").mid(2)));
         QVERIFY(wide.contains(utf16("\"B\"=dword:00000007").mid(2)));
-    }
 
-    // What survives bad lines is written back, and nothing else.
-    void passesOverBadLinesAndEnumeratesKeys()
-    {
+        // What survives bad lines is written back, and nothing else.
         m->write("registry.reg", "Windows Registry Editor Version 5.00\n\n\"Orphan\"=dword:00000001\n"
                  "[HKEY_NOWHERE\\Software]\n\"Lost\"=dword:00000001\n[HKEY_CURRENT_USER\\Software\\K]\n"
                  "\"Bad\"=dword:xyz\n\"TooLong\"=dword:123456789\n\"NoValue\"\n\"Open=\"text\n\"Trail\"=\"a\" junk\n"
