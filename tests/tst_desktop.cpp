@@ -63,13 +63,11 @@ private slots:
         QTest::newRow("only the exact name is passed over") << QStringList{"desktop.ini.bak"} << QStringList{"desktop"};
         QTest::newRow("label is the name up to its first point") << QStringList{"Report.final.lnk"} << QStringList{"Report"};
         // Folders stand among the files, not before them; hidden entries show too.
-        QTest::newRow("by name ignoring case")
-            << QStringList{"beta.lnk", "Alpha.lnk", "Zeta/inside.txt", "gamma.txt", ".hidden"}
-            << QStringList{"", "Alpha", "beta", "gamma", "Zeta"};
+        QTest::newRow("by name ignoring case") << QStringList{"beta.lnk", "Alpha.lnk", "Zeta/inside.txt", "gamma.txt", ".hidden"}
+                                               << QStringList{"", "Alpha", "beta", "gamma", "Zeta"};
     }
 
-    // The first placed button takes the first cell, whatever was passed over, with its file's
-    // shell icon.
+    // The first placed button takes the first cell, whatever was passed over, with its shell icon.
     void listing()
     {
         QFETCH(QStringList, files);
@@ -183,11 +181,9 @@ private slots:
         QCOMPARE(m->journalOf("start"), QStringList("start\topen\tX:\\Users\\Default\\Desktop\\" + deep + "\\" + name + "\t\t1"));
     }
 
-    // Remove asks nothing and takes the saved copy too. A folder with something in it cannot be
-    // deleted as a file; its saved copy still goes. Without a saved volume only the file goes.
-    // Create Shortcut starts the tool and does not look at the result; Refresh renews the desktop
-    // and tells the menu. The remove button's timer keeps running after a timeout. The window
-    // system cannot close the desktop.
+    // Remove asks nothing and takes the saved copy too (a full folder stays, its copy goes); with no
+    // saved volume only the file goes. Create Shortcut ignores its result; Refresh tells the menu.
+    // The remove button's timer keeps running after a timeout. The desktop cannot be closed.
     void buttonsAndMenus()
     {
         m->addDrive('E');

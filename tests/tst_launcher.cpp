@@ -1,5 +1,4 @@
-// The launcher: data_shell.cfg's reading rules, the menus and buttons built from it, and what
-// each way of starting hands to the shell's open verb.
+// The launcher: data_shell.cfg's rules, the menus and buttons made of it, and what each start hands on.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -151,9 +150,8 @@ private slots:
         QVERIFY(!appstart::mediumStartEntry(QString(), " -a", removable, disk, &e));
     }
 
-    // The start queue's paths are shown by startQueueAndRecords, the menu above the panel by
-    // menuFromFile. Without data_shell.cfg nothing is read; the checker's notes quote values as
-    // written, whatever "%n" they hold.
+    // (Queue paths: startQueueAndRecords; the menu above the panel: menuFromFile.) Without the file
+    // nothing is read; the checker's notes quote values as written, whatever "%n" they hold.
     void pathRulesAndNotes()
     {
         QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")), QStringLiteral("icons/32/net32.png"));
@@ -203,9 +201,8 @@ private slots:
         QVERIFY(s->timeButton->isHidden() && s->keyboardButton->isHidden());
         QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
 
-        // A click on the entry reaches startApp: slashes turn, parameters stay. The launcher
-        // button numbered like a menu entry starts the entry. The clock's editor is reachable
-        // with nothing set.
+        // An entry's click reaches startApp: slashes turn, parameters stay. A launcher button numbered
+        // like a menu entry starts the entry. The clock's editor starts with nothing set.
         direct->trigger();
         ping->trigger();
         emit s->findChildren<MyButton *>().at(0)->mButtonClicked(1000);
@@ -217,8 +214,7 @@ private slots:
                                                      startLine("menu.exe", ""), startLine("tm.exe", ""), startLine("shot.exe", ""),
                                                      startLine("", ""), startLine("IPcfg.exe", "")}));
 
-        // With the panel at the foot the menu opens above it, 2 pixels clear, and its modal run
-        // ends.
+        // With the panel at the foot the menu opens above it, 2 pixels clear; its modal run ends.
         s->show();
         s->move(0, screenHeight - 64);
         QRect seen;
@@ -239,8 +235,7 @@ private slots:
         QCOMPARE(m->journalOf("start"), QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
                                           startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
         QVERIFY(toRunList.isEmpty());
-        // One log line a start, with the last error: neither program is on the medium. A "%1"
-        // in the name stays as written.
+        // A log line a start with the last error (neither is on the medium); "%1" stays as written.
         QCOMPARE(m->read("drives/X/init.log"), QByteArray("run x:\\program files\\kelpie\\Net%1.EXE.exe=2\r\n"
                                                       "run x:\\program files\\kelpie\\my.exe.bak=2\r\n"));
         s->runTaskList();

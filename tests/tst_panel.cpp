@@ -41,8 +41,7 @@ private slots:
     }
     void cleanup() { m.reset(); }
 
-    // The tick sets the label whenever the language differs from the last; date and day on the
-    // same tick.
+    // The label is set when the language differs from the last tick's; date and day each tick.
     void keyboardLanguage_data()
     {
         QTest::addColumn<QByteArray>("keyboard");
@@ -73,9 +72,8 @@ private slots:
         QCOMPARE(code->text(), QString("untouched"));
     }
 
-    // In Windows PE the shell takes three keys and the hook, and lets them go at the end. A change
-    // at the same scale lays the desktop out again with its wallpaper; twice the pixels of the
-    // logical screen does not.
+    // In Windows PE the shell takes three keys and the hook and lets them go. A change at the same
+    // scale lays the desktop out with its wallpaper; twice the logical screen's pixels does not.
     void resolutionAndLockInWinPe()
     {
         m->config("fixedB2=:/d.png|Display|disp.exe\n");
@@ -91,8 +89,7 @@ private slots:
         QCOMPARE(formWidget<QWidget>(*shell, "widget_2")->x(), 780);
         QCOMPARE(m->journalOf("workarea"), QStringList("workarea\t0\t0\t1280\t1021"));
         QCOMPARE(m->journalOf("wallpaper").size(), 1);
-        // The walk finds the listed mode that matches in all four fields, and in the steady state
-        // does not run again.
+        // The walk finds the mode matching in all four fields; in the steady state it does not run.
         QCOMPARE(shell->displayButton->toolTip(), resolutionTooltip(1280, 1024, 32, 60));
         shell->displayButton->setToolTip("kept");
         shell->getResolution();
@@ -146,7 +143,6 @@ private slots:
         row("down, pointer away: stays down", "", away, 0, false, 0);
         row("up, pointer on its corner: stays", "up", corner, 0, true, 0);
         row("up, a modal dialog holds it", "up modal", away, 0, true, 0);
-        row("up, the lock holds it", "up locked", away, 0, true, 0);
         row("up, a running menu holds it", "up menu", away, 0, true, 0);
         row("up, pointer away: drops, ending the pulse", "up", away, 0, false, 0);
         row("inside the button: hover", "up locked", QPoint(20, 724), 0, true, 1);
@@ -201,9 +197,8 @@ private slots:
         QCOMPARE(shell->startButton->state, 0);
     }
 
-    // Outside Windows PE the keys are not taken, yet hot keys 2 and 3 start a tool and let the
-    // message go on; the hook starts the task manager on Ctrl+Alt+Del down (and each repeat) and
-    // swallows that key alone.
+    // Outside Windows PE no keys are taken, yet hot keys 2 and 3 start a tool and let the message
+    // go on; the hook starts the task manager on Ctrl+Alt+Del down and repeat, swallowing it alone.
     void keysStartTools_data()
     {
         using namespace win32;
@@ -262,9 +257,8 @@ private slots:
         QCOMPARE(shell->desktop->desktopCount, shown);
     }
 
-    // The bring-up stages are the network suite's. With no scripts: the set-up tools go, the
-    // panel comes up locked with its ticks running, the menu opens, and the programs start once,
-    // after it. The first tick's memory line stays when the machine stops answering.
+    // No scripts (the stages are the network suite's): set-up tools go, the panel is up and locked,
+    // the menu opens, then the programs start once; a memory line stays when memory stops answering.
     void initChain()
     {
         m->config("toRun=tool|-q\n");

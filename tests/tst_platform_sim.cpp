@@ -1,5 +1,4 @@
-// The simulated machine: path mapping, registry file, machine.ini, journal, shell execution
-// answers and the inbox.
+// The simulated machine: paths, registry file, machine.ini, journal, start answers, the inbox.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -128,8 +127,7 @@ private slots:
         QCOMPARE(m->read("registry.reg"), QByteArray("Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\"
                                                      "Software\\K]\r\n\"Good\"=dword:00000011\r\n\"Later\"=\"yes\"\r\n\r\n"));
 
-        // Keys in file order, also those that only stand in a longer path; a change by another
-        // program is seen at the next read.
+        // Keys in file order, also those only in a longer path; another program's change is seen.
         const QString tcpip = "HKLM\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\";
         const QByteArray key = "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\Adapters\\";
         m->write("registry.reg", "Windows Registry Editor Version 5.00\n\n" + key + "{B}]\n" + key + "{A}\\Sub]\n");
@@ -174,8 +172,7 @@ private slots:
         QCOMPARE(m->read("journal.log"), ("start\topen\t" + file + "\t-x b\t1\n").toUtf8());
     }
 
-    // Without machine.ini, then with one; a change of the same size, written at once, is still
-    // seen, and a new resolution brings a whole-screen work area.
+    // Defaults, then machine.ini: a same-size change is seen, a new resolution clears the work area.
     void readsMachineIniAndItsDefaults()
     {
         DisplayMode mode;
@@ -227,9 +224,8 @@ private slots:
         QVERIFY(m->sim->deviceNumber('C').opened && !m->sim->deviceNumber('C').ok);
     }
 
-    // Hotkey 2 is not registered; the last line is not finished yet. Only what is new is
-    // delivered; the unfinished line arrives once it ends. Modifiers are held only while their key
-    // event is delivered.
+    // Hotkey 2 is not registered; the last line is unfinished and arrives once it ends; only what is
+    // new is delivered. Modifiers are held only while their key event is delivered.
     void deliversInboxMessagesAndKeys()
     {
         QStringList got;   // "hotkey <id>", "copydata <wParam> [text]" or "key <vk> <flags> <code> <held>"
@@ -272,8 +268,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(got.size(), 11, 5000);
         QCOMPARE(got.last(), QStringLiteral("copydata 1 [replaced]"));
 
-        // A machine started later skips what was sent before; an inbox emptied and written anew
-        // is read from its start.
+        // A later machine skips what came before; an inbox written anew is read from its start.
         SimPlatform late(m->folder());
         QStringList texts;
         late.setMessageSink([&texts](const NativeMessage &msg) { texts.append(msg.text); });
