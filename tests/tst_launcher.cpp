@@ -233,7 +233,7 @@ private slots:
         auto s = shell("toRun=Net%1.EXE|-x\ntoRun=my.exe.bak|\n");
         s->runTaskList();
         QCOMPARE(m->journalOf("start"), QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
-                                          startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
+                                                     startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
         QVERIFY(toRunList.isEmpty());
         // A log line a start with the last error (neither is on the medium); "%1" stays as written.
         QCOMPARE(m->read("drives/X/init.log"), QByteArray("run x:\\program files\\kelpie\\Net%1.EXE.exe=2\r\n"
