@@ -130,13 +130,6 @@ private slots:
         QVERIFY(visibleTexts(d).isEmpty());
     }
 
-    // Gaps in the table of start failures, success and anything below zero pass without a word.
-    void startLinkMessageGaps()
-    {
-        for (int code : {1, 4, 33, -2})
-            QCOMPARE(dektopWidget::startLinkMessage("X:\\a.lnk", code), QString());
-    }
-
     void startLinkBox_data()
     {
         QTest::addColumn<QString>("name");
@@ -162,6 +155,9 @@ private slots:
         QCOMPARE(m->journalOf("start"), QStringList("start\topen\t" + s + "\t-a\t1"));
         QCOMPARE(seen, tail.isEmpty() ? QString()
                                       : QString("Error|Windows cannot start \"%1\".\n%2|%3").arg(s, tail).arg(int(QMessageBox::Ok)));
+        // Gaps in the table of start failures, success and anything below zero pass without a word.
+        for (int code : {1, 4, 33, -2})
+            QVERIFY(dektopWidget::startLinkMessage(s, code).isEmpty());
     }
 
     // A folder opens through the shell, by its whole path with backslashes, without a word.

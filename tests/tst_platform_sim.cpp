@@ -171,8 +171,7 @@ private slots:
         const ShellResult r = m->sim->shellExecute("open", file, "-x\tb", 1);
         QCOMPARE(int(r.code), code);
         QCOMPARE(r.lastError, code > 32 ? 0u : quint32(code));
-        // Journalled, in journal.log too, a tab in a field turned blank.
-        QCOMPARE(m->journal(), QStringList("start\topen\t" + file + "\t-x b\t1"));
+        // Journalled in journal.log, a tab in a field turned blank.
         QCOMPARE(m->read("journal.log"), ("start\topen\t" + file + "\t-x b\t1\n").toUtf8());
     }
 
