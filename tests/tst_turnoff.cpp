@@ -20,9 +20,9 @@ const QString deskFolder = "drives/X/Users/Default/Desktop/";
 QStringList wpeutilStarts(const TestMachine &m) { return m.journal().filter("wpeutil"); }
 
 // Booted from stick E:, with the start's baseline of the desktop written (in Windows PE only).
-void bootFromStick(TestMachine &m, bool peMode = true)
+void bootFromStick(TestMachine &m)
 {
-    winPeMode = peMode;
+    winPeMode = true;
     m.addStick('E', 1);
     m.write("drives/E/_kelpie.ini", "imageLang=0");
     m.write("drives/X/tmpReg/startNetwork.log", "bootLetter=E");
@@ -111,21 +111,18 @@ private slots:
     {
         QTest::addColumn<bool>("added");             // a shortcut added to the desktop after start-up
         QTest::addColumn<QByteArray>("resolution");  // x:/tmpReg/resolution.log, empty for none
-        QTest::addColumn<bool>("peMode");
         QTest::addColumn<int>("saveDialogs");        // over two turn off attempts
-        QTest::newRow("nothing changed: no Save dialog") << false << QByteArray() << true << 0;
-        QTest::newRow("a new shortcut: asked each time, saving moves no baseline") << true << QByteArray() << true << 2;
-        QTest::newRow("a resolution log with a last line counts") << false << QByteArray("1024x768\r\n1280x1024") << true << 2;
-        QTest::newRow("outside Windows PE there is no baseline: everything counts") << false << QByteArray() << false << 2;
+        QTest::newRow("nothing changed: no Save dialog") << false << QByteArray() << 0;
+        QTest::newRow("a new shortcut: asked each time, saving moves no baseline") << true << QByteArray() << 2;
+        QTest::newRow("a resolution log with a last line counts") << false << QByteArray("1024x768\r\n1280x1024") << 2;
     }
     void saveQuestionComesFirst()
     {
         QFETCH(bool, added);
         QFETCH(QByteArray, resolution);
-        QFETCH(bool, peMode);
         QFETCH(int, saveDialogs);
         TestMachine m;
-        bootFromStick(m, peMode);
+        bootFromStick(m);
         if (added)
             m.write(deskFolder + "New.lnk", "new");
         if (!resolution.isEmpty())

@@ -258,7 +258,7 @@ private slots:
         QVERIFY(info ? manager->requestDownloadInfo(downloadInfoUrl()) : manager->requestLatestVersion(latestVersionUrl()));
         if (scenario == QLatin1String("split")) {   // the second chunk waits until the first is in
             QVERIFY(QTest::qWaitFor([&]() { return versions.count() || !manager->info.isEmpty(); }, 30000));
-            server.release(info ? QStringLiteral("split-info") : QStringLiteral("split-latest"));
+            QVERIFY(server.release(info ? QStringLiteral("split-info") : QStringLiteral("split-latest")));
         }
         QVERIFY(ended(alive));
         QStringList seen[2];
@@ -383,7 +383,7 @@ private slots:
             if (received < 0)   // the reply that never ends keeps coming
                 QTRY_VERIFY_WITH_TIMEOUT(page->progress->value() > seen, 30000);
             QVERIFY(!page->validatePage());
-            server.release(scenario);
+            QVERIFY(server.release(scenario));
         }
         QTRY_COMPARE_WITH_TIMEOUT(page->statusLabel->text() + '|' + page->infoLabel->text(), fill(status + '|' + info), 30000);
         QCOMPARE(wizard->currentId(), 1);
