@@ -418,55 +418,79 @@ private slots:
                  answer == QMessageBox::No ? QFileInfo(QStringLiteral(KELPIE_PROBE_PATH)).size() : qint64(16));
     }
 
-    // The installer's run on both working pages: polled once a second, then its exit code.
+    // The installer's run on both working pages: polled once a second, then its exit code. The
+    // history holds 13.0.7 (its setup deleted), 13.5 and 14.0.1, the version installed.
     void install_data()
     {
-        QTest::addColumn<bool>("rollback");
+        QTest::addColumn<QString>("version");   // picked for the rollback; empty: the update
+        QTest::addColumn<QString>("button");    // the rollback page's offer
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("text");   // {setup} stands for the setup's path
-        QTest::addColumn<QString>("title");   // of the history entry afterwards
+        QTest::addColumn<QString>("title");   // of the history's first free entry afterwards
         const QString update = "<br><br><b>Tessel Kelpie</b> ver. <b>14.0.10</b> has been successfully downloaded:<br> "
                                "<i>{setup}</i><br><br>You can still try executing software update manually.";
-        const QString rollback = "<br><br>You can still try to rollback software manually.";
-        QTest::newRow("update, exit 0") << false << 0
+        const QString manually = "<br><br>You can still try to rollback software manually.";
+        const QString rollback = "I want to rollback currently installed version 14.0.1 to version 13.5";
+        QTest::newRow("update, exit 0") << "" << "" << 0
             << "<b><i>Tessel Kelpie&trade;</i></b> has been successfully updated!<br><br>Installed the latest version <b>14.0.10</b>"
             << "Tessel Kelpie 14.0.10";
-        QTest::newRow("update, exit 5 cancelled")
-            << false << 5 << "<font color=red><b>Installation has been cancelled.</b></font>" + update << "Update Cancelled";
-        QTest::newRow("update, exit 3") << false << 3
+        QTest::newRow("update, exit 5 cancelled") << "" << "" << 5
+            << "<font color=red><b>Installation has been cancelled.</b></font>" + update << "Update Cancelled";
+        QTest::newRow("update, exit 3") << "" << "" << 3
             << "<font color=red><b>Installation was interrupted with exit code 3.</b></font>" + update << "Install Error #3";
-        QTest::newRow("rollback, exit 0") << true << 0
-            << "<b><i>Tessel Kelpie&trade;</i></b> has been successfully rolled back to the version <b>13.5</b>" << "Old";
+        QTest::newRow("rollback, exit 0") << "13.5" << rollback << 0
+            << "<b><i>Tessel Kelpie&trade;</i></b> has been successfully rolled back to the version <b>13.5</b>" << "";
         QTest::newRow("rollback, exit 5 cancelled")
-            << true << 5 << "<font color=red><b>Rollback has been cancelled.</b></font>" + rollback << "Old";
-        QTest::newRow("rollback, exit 3")
-            << true << 3 << "<font color=red><b>Rollback was interrupted with exit code 3.</b></font>" + rollback << "Old";
+            << "13.5" << rollback << 5 << "<font color=red><b>Rollback has been cancelled.</b></font>" + manually << "";
+        QTest::newRow("repair of the installed version, exit 3")
+            << "14.0.1" << "I want to repair currently installed version 14.0.1" << 3
+            << "<font color=red><b>Rollback was interrupted with exit code 3.</b></font>" + manually << "";
     }
     void install()
     {
-        QFETCH(bool, rollback);
+        QFETCH(QString, version);
+        QFETCH(QString, button);
         QFETCH(int, code);
         QFETCH(QString, text);
         QFETCH(QString, title);
+        const bool rollback = !version.isEmpty();
         qputenv("KELPIE_PROBE_EXIT", QByteArray::number(code));
         // Long enough for one poll to find it running; the test waits for the process, not a clock.
         qputenv("KELPIE_PROBE_DELAY_MS", "1500");
-        const QString kept = program + QStringLiteral("/13.5/") + probeName;
-        const QString fresh = folder10 + QLatin1Char('/') + probeName;
-        for (const QString &path : {kept, fresh})
-            QVERIFY(QDir().mkpath(QFileInfo(path).path()) && QFile::copy(QStringLiteral(KELPIE_PROBE_PATH), path));
-        setUpdateField(0, VersionField, QStringLiteral("13.5"));
-        setUpdateField(0, TitleField, QStringLiteral("Old"));
-        setUpdateField(0, SetupField, kept);
+        const QStringList versions{"13.0.7", "13.5", "14.0.1", "14.0.10"};
+        for (int n = 0; n < versions.size(); ++n) {
+            const QString setup = program + QLatin1Char('/') + versions[n] + QLatin1Char('/') + probeName;
+            if (n > 0)
+                QVERIFY(QDir().mkpath(QFileInfo(setup).path()) && QFile::copy(QStringLiteral(KELPIE_PROBE_PATH), setup));
+            if (n < 3) {
+                setUpdateField(n, VersionField, versions[n]);
+                setUpdateField(n, SetupField, setup);
+            }
+        }
+        const QString setup = (rollback ? program + QLatin1Char('/') + version : folder10) + QLatin1Char('/') + probeName;
 
         std::unique_ptr<UpdateWizard> wizard;
         if (rollback) {
-            wizard = openWizard(QStringLiteral("same"));
-            pick(*wizard, QStringLiteral("13.5"));
+            wizard = openWizard(QString());
+            RollbackPage *page = wizard->rollbackPage;
+            // The deleted setup first, then the row's version: the offer comes back.
+            pick(*wizard, QStringLiteral("13.0.7"));
+            QVERIFY(page->button->isHidden());
+            QCOMPARE(page->statusLabel->text(),
+                     fill("<font color=red><b>Error:</b></font> <font color=red><b>Rollback cancelled!</b></font><br><br>"
+                          "Previously downloaded installation hasn't been detected, probably deleted:<br><br>"
+                          "<b>{home}/13.0.7/%1</b>").arg(probeName));
+            pick(*wizard, version);
+            QCOMPARE(page->rollbackTo, versionToBuild(version));
+            QVERIFY(page->statusLabel->isHidden() && !page->button->isHidden());
+            QCOMPARE(page->button->text(), button);
+            // A pick alone does not leave the page; the tick does.
+            QVERIFY(!wizard->welcomePage->validatePage());
             wizard->welcomePage->rollbackCheckBox->setChecked(true);
+            QVERIFY(wizard->welcomePage->validatePage());
             wizard->next();
-            wizard->rollbackPage->button->click();
-            QCOMPARE(wizard->rollbackPage->infoLabel->text(), QStringLiteral("Source: ") + kept);
+            page->button->click();
+            QCOMPARE(page->infoLabel->text(), QStringLiteral("Source: ") + setup);
         } else {
             QString asked;   // Yes runs the setup found on disk
             whenModal<QMessageBox>([&](QMessageBox *box) {
@@ -492,54 +516,12 @@ private slots:
         QMetaObject::invokeMethod(page, "InstallProgress");
         QCOMPARE(progress->value(), 100);
         QCOMPARE(wizard->currentId(), 3);
-        QCOMPARE(wizard->finishPage->label->text(), text.replace(QLatin1String("{setup}"), rollback ? kept : fresh));
-        QCOMPARE(getUpdateField(rollback ? 0 : 1, TitleField), title);
+        QCOMPARE(wizard->finishPage->label->text(), text.replace(QLatin1String("{setup}"), setup));
+        QCOMPARE(getUpdateField(3, TitleField), title);
         const QString commandLine = QString::fromUtf8(machine->read(QStringLiteral("probe.log"))).section('\t', 1, 1);
         QVERIFY2(commandLine.contains(probeName)
                      && commandLine.endsWith("/SP- /SILENT /NOCANCEL /CLOSEAPPLICATIONS /RESTARTAPPLICATIONS"),
                  qPrintable(commandLine));
-    }
-
-    void rollbackRows_data()
-    {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("button");   // empty: hidden
-        QTest::addColumn<QString>("status");   // empty: hidden
-        QTest::newRow("installed version offers a repair")
-            << "14.0.1" << "I want to repair currently installed version 14.0.1" << "";
-        QTest::newRow("earlier version offers the rollback")
-            << "13.5" << "I want to rollback currently installed version 14.0.1 to version 13.5" << "";
-        QTest::newRow("deleted setup") << "13.0.7" << ""
-            << "<font color=red><b>Error:</b></font> <font color=red><b>Rollback cancelled!</b></font><br><br>Previously "
-               "downloaded installation hasn't been detected, probably deleted:<br><br><b>{home}/13.0.7/setup.exe</b>";
-    }
-    void rollbackRows()
-    {
-        QFETCH(QString, version);
-        QFETCH(QString, button);
-        QFETCH(QString, status);
-        const QStringList versions{"13.0.7", "13.5", "14.0.1"};   // the first one's setup is gone
-        for (int n = 0; n < versions.size(); ++n) {
-            if (n > 0)
-                machine->write(QStringLiteral("program/") + versions[n] + QStringLiteral("/setup.exe"), "setup");
-            setUpdateField(n, VersionField, versions[n]);
-            setUpdateField(n, SetupField, program + QLatin1Char('/') + versions[n] + QStringLiteral("/setup.exe"));
-        }
-        auto wizard = openWizard(QString());
-        RollbackPage *page = wizard->rollbackPage;
-        // The deleted setup first, then the row of the test: the button comes back.
-        pick(*wizard, QStringLiteral("13.0.7"));
-        QVERIFY(page->button->isHidden());
-        pick(*wizard, version);
-        QVERIFY(wizard->welcomePage->rollbackCheckBox->isEnabled());
-        QCOMPARE(page->rollbackTo, versionToBuild(version));
-        QCOMPARE(page->button->isHidden() ? QString() : page->button->text(), button);
-        QCOMPARE(page->statusLabel->isHidden() ? QString() : page->statusLabel->text(), fill(status));
-        // A pick alone does not leave the page; the tick does.
-        QVERIFY(!wizard->welcomePage->validatePage());
-        wizard->welcomePage->rollbackCheckBox->setChecked(true);
-        QVERIFY(wizard->welcomePage->validatePage());
-        QCOMPARE(wizard->welcomePage->nextId(), 2);
     }
 };
 
