@@ -108,7 +108,8 @@ private slots:
                 const int a = qAlpha(picture.pixel(x, y));
                 if (a == 0 || a == 255) {
                     ++seen[a / 255];
-                    QVERIFY2(dlg.mask().contains(QPoint(x, y)) == (a == 255), qPrintable(QString("%1,%2").arg(x).arg(y)));
+                    QVERIFY2(dlg.mask().contains(QPoint(x, y)) == (a == 255),
+                             qPrintable(QString("%1,%2").arg(x).arg(y)));
                 }
             }
         QVERIFY(seen[0] > 0 && seen[1] > 0);

@@ -123,7 +123,8 @@ private slots:
         QFETCH(QByteArray, value);
         QFETCH(bool, peMode);
         TestMachine m;
-        m.file("E:/_kelpie.ini", "imageLang=1049\nappRun=Zembra.exe\n").file("x:/tmpReg/startNetwork.log", "bootLetter=E\n");
+        m.file("E:/_kelpie.ini", "imageLang=1049\nappRun=Zembra.exe\n")
+            .file("x:/tmpReg/startNetwork.log", "bootLetter=E\n");
         m.write("registry.reg", "Windows Registry Editor Version 5.00\r\n\r\n"
                                 "[HKEY_CURRENT_USER\\Software\\Morvane Works]\r\n" + value + "\r\n");
         qApp->setStyleSheet(QString());
@@ -152,7 +153,8 @@ private slots:
     {
         QFETCH(QSize, screen);
         TestMachine m;
-        m.facts("display", QStringLiteral("current=1280x960x32@60\nscreen=%1x%2").arg(screen.width()).arg(screen.height()).toUtf8());
+        const QString size = QStringLiteral("%1x%2").arg(screen.width()).arg(screen.height());
+        m.facts("display", "current=1280x960x32@60\nscreen=" + size.toUtf8());
         readScreen();
         my_shell1 shell;
         const int width = screen.width();

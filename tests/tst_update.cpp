@@ -147,10 +147,10 @@ private slots:
         const QByteArray two = "[Updates]\nUpdate0_Version=14.0.5\nUpdate0_Title=First\nUpdate0_Notes=n\n"
                                "Update1_Version=14.0.10\nUpdate1_Title=Second\n";
         QTest::newRow("empty history") << QByteArray() << "14.0.10" << 0 << QStringList();
-        QTest::newRow("new version at the first free entry") << two << "14.1" << 2 << QStringList{"14.0.10|Second||", "14.0.5|First|n|n"};
-        QTest::newRow("same version overwritten in place") << two << "14.0.5" << 0 << QStringList{"14.0.10|Second||", "14.0.5|First|n|n"};
-        QTest::newRow("a gap ends the dense list")
-            << two + "Update3_Version=14.2\n" << "14.2" << 2 << QStringList{"14.0.10|Second||", "14.0.5|First|n|n"};
+        const QStringList tree{"14.0.10|Second||", "14.0.5|First|n|n"};
+        QTest::newRow("new version at the first free entry") << two << "14.1" << 2 << tree;
+        QTest::newRow("same version overwritten in place") << two << "14.0.5" << 0 << tree;
+        QTest::newRow("a gap ends the dense list") << two + "Update3_Version=14.2\n" << "14.2" << 2 << tree;
     }
     void history()
     {
@@ -366,7 +366,8 @@ private slots:
             QVERIFY(!page->validatePage());
             QVERIFY(server.release(scenario));
         }
-        QTRY_COMPARE_WITH_TIMEOUT(page->statusLabel->text() + '|' + page->infoLabel->text(), fill(status + '|' + info), 30000);
+        QTRY_COMPARE_WITH_TIMEOUT(page->statusLabel->text() + '|' + page->infoLabel->text(), fill(status + '|' + info),
+                                  30000);
         QCOMPARE(wizard->currentId(), 1);
         QCOMPARE(page->progress->isHidden(), size < 0);
         QCOMPARE(page->validatePage(), size < 0);   // after a download the installer's bar is short
