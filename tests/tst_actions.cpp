@@ -7,6 +7,7 @@
 #include "actions/envinit.h"
 #include "actions/taskrun.h"
 #include "my_shell1/globals.h"
+#include "my_shell1/linefile.h"
 #include "my_shell1/my_shell1.h"
 #include "testshell.h"
 #include "platform/sim/simregistry.h"
@@ -111,7 +112,7 @@ private slots:
         // A line too long for any value is passed over whole; the lines around it still count.
         {
             TestMachine m;
-            m.write(envInit, "TimeZone=13\n" + QByteArray(envinit::longestLine + 10, 'x')
+            m.write(envInit, "TimeZone=13\n" + QByteArray(linefile::maxLineBytes + 10, 'x')
                                  + "TimeZone=15\nSetUserLocale=fr-FR\n");
             auto shell = makeShell();
             QCOMPARE(journalOf(m, {"timezone", "start"}).size(), 2);
