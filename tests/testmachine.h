@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 class TestMachine {
@@ -19,8 +20,7 @@ public:
         if (!dir.isValid())
             qFatal("TestMachine: no temporary folder");
         addDrive('X');
-        sim = new SimPlatform(dir.path());
-        setPlatform(sim);
+        setPlatform(sim = new SimPlatform(dir.path()));
     }
     ~TestMachine() { setPlatform(nullptr); }
 
@@ -29,8 +29,7 @@ public:
     P *use()
     {
         P *p = new P(folder());
-        setPlatform(p);
-        sim = p;
+        setPlatform(sim = p);
         return p;
     }
 
@@ -52,7 +51,6 @@ public:
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 
-    // --- drives ---
     void addDrive(QChar letter)
     {
         if (!QDir(dir.path()).mkpath(QStringLiteral("drives/") + letter.toUpper()))
@@ -69,9 +67,7 @@ public:
     // One file by its drive path ("x:/init.log", "X:\\Program Files\\kelpie\\data_shell.cfg").
     TestMachine &file(const QString &drivePath, const QByteArray &content)
     {
-        QString rest = drivePath.mid(2);
-        rest.replace(QLatin1Char('\\'), QLatin1Char('/'));
-        write(QStringLiteral("drives/") + drivePath.at(0).toUpper() + rest, content);
+        write(QStringLiteral("drives/") + drivePath.at(0).toUpper() + drivePath.mid(2).replace('\\', '/'), content);
         return *this;
     }
     // data_shell.cfg in the working directory.
@@ -80,7 +76,7 @@ public:
         return file(QStringLiteral("X:/Program Files/kelpie/data_shell.cfg"), content);
     }
 
-    // --- registry.reg: REG_DWORD values under HKEY_CURRENT_USER ---
+    // A REG_DWORD value under HKEY_CURRENT_USER in registry.reg.
     TestMachine &registryDword(const QString &key, const QString &name, quint32 value)
     {
         m_registry[key].append(QStringLiteral("\"%1\"=dword:%2")
@@ -89,7 +85,7 @@ public:
         return *this;
     }
 
-    // --- machine.ini: a section's facts, one "key=value" a line; a later call replaces it ---
+    // A section of machine.ini, one "key=value" a line; a later call replaces it.
     TestMachine &facts(const QString &section, const QByteArray &lines)
     {
         m_sections[section] = lines;
@@ -103,34 +99,21 @@ public:
         return facts(QStringLiteral("volume.") + letter.toUpper(), lines);
     }
 
-    // --- what the machine saw ---
     // Journal lines of this run, each tab-separated, operation first (docs/machine.md).
     QStringList journal() const { return sim->journal(); }
     // The journal lines of one operation.
     QStringList journalOf(const QString &operation) const
     {
-        QStringList lines;
-        for (const QString &line : sim->journal())
-            if (line == operation || line.startsWith(operation + QLatin1Char('\t')))
-                lines << line;
-        return lines;
+        return journal().filter(QRegularExpression('^' + QRegularExpression::escape(operation) + "(\t|$)"));
     }
     // Appends one line to inbox.txt and delivers what is new at once, without the timer.
     void send(const QByteArray &line)
     {
-        QFile f(dir.path() + QStringLiteral("/inbox.txt"));
-        if (!f.open(QIODevice::WriteOnly | QIODevice::Append) || f.write(line + '\n') != line.size() + 1)
-            qFatal("TestMachine: cannot write inbox.txt");
-        f.close();
+        write(QStringLiteral("inbox.txt"), read(QStringLiteral("inbox.txt")) + line + '\n');
         sim->pollInbox();
     }
 
-    // --- saved settings: volumes and shortcuts ---
-    // A section [volume.<letter>] of machine.ini from "key=value" lines, and the drive's folder.
-    void addVolume(QChar letter, const QStringList &keys)
-    {
-        volume(letter, keys.join(QLatin1Char('\n')).toUtf8());
-    }
+    void addVolume(QChar letter, const QStringList &keys) { volume(letter, keys.join('\n').toUtf8()); }
     // A USB stick: removable media on its own disk, with a vendor and a product.
     void addStick(QChar letter, int disk, const QStringList &more = QStringList())
     {
@@ -144,7 +127,6 @@ public:
     {
         write(relative, shelllink::write(shelllink::make(target, workingDirectory)));
     }
-    // --- network (docs/machine.md, Network) ---
     // One NET adapter seen by all three roads: device <n> of the walk, its class subkey, its
     // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section
     // holding ipHelper; the hardware id is "PCI\VEN_FFFE&DEV_<n>" unless given. Returns its
