@@ -64,8 +64,6 @@ private slots:
             << QStringList{"timezone 720", "start open wpeutil.exe SetUserLocale 3de-DE 0"};
         QTest::newRow("keys are case-sensitive, others skipped")
             << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
-        QTest::newRow("a later line is applied again")
-            << QByteArray("TimeZone=13\nTimeZone=11\n") << QStringList{"timezone -60", "timezone 60"};
         QTest::newRow("a line too long for any value is passed over whole")
             << "TimeZone=13\n" + QByteArray(envinit::longestLine + 10, 'x')
                    + "TimeZone=15\nSetUserLocale=fr-FR\n"
@@ -114,7 +112,7 @@ private slots:
         QCOMPARE(m.sim->timeZoneInformation(&zone), 1u);
     }
 
-    void driverTreeAndMenuEntries()
+    void driverTree()
     {
         TestMachine m;
         for (const char *f : {"a.inf", "b.INF", "c.inf.bak", "README.txt", "Net/d.inf", "Net/Deep/e.inf"})
@@ -128,12 +126,6 @@ private slots:
         const int before = m.journal().size();
         shell->loadDriver_new("E:\\Missing\\");
         QCOMPARE(m.journal().size(), before);
-
-        // "Load Driver" and "Run..." of the main menu start their programs, nothing waited for.
-        shell->loadDriverAction->trigger();
-        shell->runAction->trigger();
-        QCOMPARE(journalOf(m, {"start"}).mid(4),
-                 QStringList({"start open InstallDriver.exe  1", "start open RunTask.exe  1"}));
     }
 
     void pxeScripts_data()
