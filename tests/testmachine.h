@@ -28,9 +28,8 @@ public:
     template <typename P>
     P *use()
     {
-        P *p = new P(folder());
-        setPlatform(sim = p);
-        return p;
+        setPlatform(sim = new P(folder()));
+        return static_cast<P *>(sim);
     }
 
     QString folder() const { return dir.path(); }
@@ -70,7 +69,6 @@ public:
         write(QStringLiteral("drives/") + drivePath.at(0).toUpper() + drivePath.mid(2).replace('\\', '/'), content);
         return *this;
     }
-    // data_shell.cfg in the working directory.
     TestMachine &config(const QByteArray &content)
     {
         return file(QStringLiteral("X:/Program Files/kelpie/data_shell.cfg"), content);
@@ -79,8 +77,8 @@ public:
     // A REG_DWORD value under HKEY_CURRENT_USER in registry.reg.
     TestMachine &registryDword(const QString &key, const QString &name, quint32 value)
     {
-        m_registry[key].append(QStringLiteral("\"%1\"=dword:%2")
-                                   .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0'))));
+        m_registry[key] += QStringLiteral("\"%1\"=dword:%2\r\n")
+                               .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0')));
         writeRegistry();
         return *this;
     }
@@ -101,10 +99,10 @@ public:
 
     // Journal lines of this run, each tab-separated, operation first (docs/machine.md).
     QStringList journal() const { return sim->journal(); }
-    // The journal lines of one operation.
-    QStringList journalOf(const QString &operation) const
+    // The journal lines of one operation, or of several ("timezone|start").
+    QStringList journalOf(const QString &operations) const
     {
-        return journal().filter(QRegularExpression('^' + QRegularExpression::escape(operation) + "(\t|$)"));
+        return journal().filter(QRegularExpression("^(" + operations + ")(\t|$)"));
     }
     // Appends one line to inbox.txt and delivers what is new at once, without the timer.
     void send(const QByteArray &line)
@@ -117,10 +115,8 @@ public:
     // A USB stick: removable media on its own disk, with a vendor and a product.
     void addStick(QChar letter, int disk, const QStringList &more = QStringList())
     {
-        addVolume(letter, QStringList{QStringLiteral("label=KELPIE"), QStringLiteral("mediaType=removable"),
-                                      QStringLiteral("vendor=ACME"), QStringLiteral("product=FLASH"),
-                                      QStringLiteral("disk=%1").arg(disk)}
-                              + more);
+        addVolume(letter, QStringList{"label=KELPIE", "mediaType=removable", "vendor=ACME", "product=FLASH",
+                                      "disk=" + QString::number(disk)} + more);
     }
     // A real shortcut file at a path of the machine folder ("drives/X/.../a.lnk").
     void addShortcut(const QString &relative, const QString &target, const QString &workingDirectory = QString())
@@ -131,24 +127,20 @@ public:
     // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section
     // holding ipHelper; the hardware id is "PCI\VEN_FFFE&DEV_<n>" unless given. Returns its
     // interface GUID. Both files are written again at once.
-    QString addAdapter(int n, const QByteArray &description, const QByteArray &ipHelper = {},
-                       QByteArray hw = {})
+    QString addAdapter(int n, const QByteArray &description, const QByteArray &ipHelper = {}, QByteArray hw = {})
     {
-        const QByteArray guid = adapterGuid(n);
+        const QByteArray guid = adapterGuid(n), number = QByteArray::number(n);
         if (hw.isEmpty())
-            hw = "PCI\\VEN_FFFE&DEV_" + QByteArray::number(n);
-        const QByteArray cls = "HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\";
+            hw = "PCI\\VEN_FFFE&DEV_" + number;
+        const QByteArray cls = "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\";
         const QByteArray netClass = "{4D36E972-E325-11CE-BFC1-08002BE10318}";
-        netIni += "[device." + QByteArray::number(n) + "]\nclass=Net\nclassGuid=" + netClass
-            + "\ndescription=" + description + "\nhardwareId=" + hw + "\n"
-            + "[adapter." + QByteArray::number(n) + "]\nname=" + guid + "\n" + ipHelper + "\n";
-        netReg += "[" + cls + "Control\\Class\\" + netClass + "\\" + QByteArray::number(n).rightJustified(4, '0')
-            + "]\n\"DeviceInstanceID\"=\"" + QByteArray(hw).replace("\\", "\\\\") + "\\\\4&1&0&" + QByteArray::number(n)
-            + "\"\n\"NetCfgInstanceId\"=\"" + guid + "\"\n\n"
-            + "[" + cls + "Services\\Tcpip\\Parameters\\Adapters\\" + guid + "]\n\n"
-            + "[" + cls + "Services\\Tcpip\\Parameters\\Interfaces\\" + guid + "]\n\n"
-            + "[" + cls + "Control\\Network\\" + netClass + "\\" + guid + "\\Connection]\n\"Name\"=\"Net "
-            + QByteArray::number(n) + "\"\n\n";
+        netIni += "[device." + number + "]\nclass=Net\nclassGuid=" + netClass + "\ndescription=" + description
+            + "\nhardwareId=" + hw + "\n[adapter." + number + "]\nname=" + guid + "\n" + ipHelper + "\n";
+        netReg += cls + "Control\\Class\\" + netClass + "\\" + number.rightJustified(4, '0')
+            + "]\n\"DeviceInstanceID\"=\"" + QByteArray(hw).replace("\\", "\\\\") + "\\\\4&1&0&" + number
+            + "\"\n\"NetCfgInstanceId\"=\"" + guid + "\"\n\n" + cls + "Services\\Tcpip\\Parameters\\Adapters\\"
+            + guid + "]\n\n" + cls + "Services\\Tcpip\\Parameters\\Interfaces\\" + guid + "]\n\n" + cls
+            + "Control\\Network\\" + netClass + "\\" + guid + "\\Connection]\n\"Name\"=\"Net " + number + "\"\n\n";
         writeNetwork();
         return QString::fromLatin1(guid);
     }
@@ -182,12 +174,11 @@ private:
     {
         QByteArray text = "Windows Registry Editor Version 5.00\r\n\r\n";
         for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
-            text += "[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
-                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n\r\n";
+            text += "[HKEY_CURRENT_USER\\" + (k.key() + "]\r\n" + k.value() + "\r\n").toUtf8();
         write(QStringLiteral("registry.reg"), text + m_rawRegistry);
     }
 
-    QMap<QString, QStringList> m_registry;
+    QMap<QString, QString> m_registry;
     QMap<QString, QByteArray> m_sections;
     QByteArray m_rawIni, m_rawRegistry;   // the network block's own text
 };

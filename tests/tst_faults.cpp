@@ -20,13 +20,12 @@
 
 namespace {
 
-// What the shell writes by design: compared by other means (machine.ini without [time], the
-// registry value by value) or not at all.
+// What the shell writes by design, compared by other means (machine.ini without [time], the
+// registry value by value) or not at all; the medium's locale file is deleted once applied.
 const QStringList writtenByDesign = {"journal.log", "registry.reg", "machine.ini", "drives/X/init.log",
                                      "drives/X/tmpReg", "drives/X/tmpReg/desktopCondition1.log",
-                                     "drives/X/tmpReg/startMenuCondition1.log"};
-// The medium's locale file is deleted once applied.
-const QString removedByDesign = QStringLiteral("drives/X/Program Files/kelpie/envInit.ini");
+                                     "drives/X/tmpReg/startMenuCondition1.log",
+                                     "drives/X/Program Files/kelpie/envInit.ini"};
 
 // What the restore copies onto X: from the stick's saved folders, by design.
 bool restoredByDesign(const QString &rel, const QMap<QString, QByteArray> &before)
@@ -100,103 +99,98 @@ class FaultsTest : public QObject {
     Q_OBJECT
 private slots:
     void init() { resetGlobals(); }
-    void comesUpAndLeavesTheMachine_data();
-    void comesUpAndLeavesTheMachine();
-};
-
-void FaultsTest::comesUpAndLeavesTheMachine_data()
-{
-    QTest::addColumn<QString>("input");
-    QTest::addColumn<int>("fault");
-    const char *const faults[] = {"missing", "empty", "garbage", "unreadable", "a folder"};
-    for (const char *file : {"registry.reg", "machine.ini", "inbox.txt", "drives/E/_kelpie.ini",
-                             "drives/X/tmpReg/startNetwork.log", "drives/X/Program Files/kelpie/data_shell.cfg",
-                             "drives/X/init.log", "journal.log"})
-        for (int k = Missing; k <= Folder; ++k)
-            QTest::newRow(qPrintable(QString("%1: %2").arg(file, faults[k]))) << QString(file) << k;
-    for (const char *folder : {"drives/X/Users/Default/Desktop",
-                               "drives/X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs",
-                               "drives/E/Desktop.1", "drives/X/tmpReg", "drives/X/Program Files/kelpie"})
-        for (int k : {Missing, Empty, Unreadable, Folder})
-            QTest::newRow(qPrintable(QString("%1: %2").arg(folder, k == Folder ? "a file" : faults[k])))
-                << QString(folder) << k;
-    for (const QString drive : {"C", "E", "X"}) {
-        QTest::newRow(qPrintable("drive " + drive + ": not ready")) << drive << int(NotReady);
-        QTest::newRow(qPrintable("drive " + drive + ": missing")) << "drives/" + drive << int(Missing);
-    }
-}
-
-void FaultsTest::comesUpAndLeavesTheMachine()
-{
-    QFETCH(QString, input);
-    QFETCH(int, fault);
-    TestMachine m;
-    copyTree(QStringLiteral(KELPIE_SOURCE_DIR "/demo/machine"), m.folder());
-    const QString path = m.folder() + '/' + input;
-    const bool isFolder = QFileInfo(path).isDir();
-    const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
-    quint32 junk[1024];
-    QRandomGenerator(12).fillRange(junk);
-    // Missing, empty and the other kind start from nothing in the input's place.
-    if (fault == Missing || fault == Empty || fault == Folder)
-        QVERIFY(isFolder ? QDir(path).removeRecursively() : (!QFile::exists(path) || QFile::remove(path)));
-    if (fault == NotReady)
-        m.write("machine.ini", m.read("machine.ini") + "\n[volume." + input.toLatin1() + "]\nready=0\n");
-    else if ((fault == Empty && isFolder) || (fault == Folder && !isFolder))
-        QVERIFY(QDir().mkpath(path + (isFolder ? "" : "/inside")));
-    else if (fault == Garbage)
-        m.write(input, QByteArray(reinterpret_cast<const char *>(junk), sizeof junk));
-    else if (fault != Missing && !(fault == Unreadable && QFileInfo::exists(path)))
-        m.write(input, fault == Empty ? "" : "a file\n");
-    // Taken while an unreadable input can still be read: the shell must not write over it.
-    const QMap<QString, QByteArray> before = snapshot(m.folder());
-    const QByteArray machineIni = m.read("machine.ini");
-    const QMap<QString, QString> registryBefore = registryValues(m.read("registry.reg"));
-    if (Fault(fault) == Unreadable) {
-        if (!QFile::setPermissions(path, QFileDevice::Permissions()))
-            QSKIP("this file system keeps no such permissions (Windows): the unreadable case cannot be played");
-        if (QFile(path).open(QIODevice::ReadOnly) || (isFolder && QDir(path).entryList().size() > 0)) {
-            QFile::setPermissions(path, owner);
-            QSKIP("permissions do not keep this user out (root): the unreadable case cannot be played");
+    void comesUpAndLeavesTheMachine_data()
+    {
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<int>("fault");
+        const char *const faults[] = {"missing", "empty", "garbage", "unreadable", "a folder"};
+        for (const char *file : {"registry.reg", "machine.ini", "inbox.txt", "drives/E/_kelpie.ini",
+                                 "drives/X/tmpReg/startNetwork.log", "drives/X/Program Files/kelpie/data_shell.cfg",
+                                 "drives/X/init.log", "journal.log"})
+            for (int k = Missing; k <= Folder; ++k)
+                QTest::newRow(qPrintable(QString("%1: %2").arg(file, faults[k]))) << QString(file) << k;
+        for (const char *folder : {"drives/X/Users/Default/Desktop",
+                                   "drives/X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs",
+                                   "drives/E/Desktop.1", "drives/X/tmpReg", "drives/X/Program Files/kelpie"})
+            for (int k : {Missing, Empty, Unreadable, Folder})
+                QTest::newRow(qPrintable(QString("%1: %2").arg(folder, k == Folder ? "a file" : faults[k])))
+                    << QString(folder) << k;
+        for (const QString drive : {"C", "E", "X"}) {
+            QTest::newRow(qPrintable("drive " + drive + ": not ready")) << drive << int(NotReady);
+            QTest::newRow(qPrintable("drive " + drive + ": missing")) << "drives/" + drive << int(Missing);
         }
     }
 
+    void comesUpAndLeavesTheMachine()
     {
-        prepareShell(*qApp);
-        my_shell1 shell;
-        shell.show();
-        closeMenuWhenShown(shell.mainMenu);
-        shell.initTimer->stop();   // its one shot, taken here rather than inside the menu's loop
-        shell.init();
-        shell.hideWindow();
-        shell.getSystemCondition();
-        m.sim->pollInbox();
-        QVERIFY(shell.isVisible());
-        QCOMPARE(shell.mask(), QRegion(0, 0, screenWidth, 64));
-        QVERIFY(shell.startButton && shell.startButton->isVisible());
-        QVERIFY(shell.clock && shell.clock->isVisible());
-        QVERIFY(shell.mainMenu && shell.mainMenu->actions().size() >= 6);
-    }
-    // Give the input back to the owner, so that the comparison and the clean-up can read it.
-    if (Fault(fault) == Unreadable)
-        QFile::setPermissions(path, owner);
+        QFETCH(QString, input);
+        QFETCH(int, fault);
+        TestMachine m;
+        copyTree(QStringLiteral(KELPIE_SOURCE_DIR "/demo/machine"), m.folder());
+        const QString path = m.folder() + '/' + input;
+        const bool isFolder = QFileInfo(path).isDir();
+        const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+        quint32 junk[1024];
+        QRandomGenerator(12).fillRange(junk);
+        // Missing, empty and the other kind start from nothing in the input's place.
+        if (fault == Missing || fault == Empty || fault == Folder)
+            QVERIFY(isFolder ? QDir(path).removeRecursively() : (!QFile::exists(path) || QFile::remove(path)));
+        if (fault == NotReady)
+            m.write("machine.ini", m.read("machine.ini") + "\n[volume." + input.toLatin1() + "]\nready=0\n");
+        else if ((fault == Empty && isFolder) || (fault == Folder && !isFolder))
+            QVERIFY(QDir().mkpath(path + (isFolder ? "" : "/inside")));
+        else if (fault == Garbage)
+            m.write(input, QByteArray(reinterpret_cast<const char *>(junk), sizeof junk));
+        else if (fault != Missing && !(fault == Unreadable && QFileInfo::exists(path)))
+            m.write(input, fault == Empty ? "" : "a file\n");
+        // Taken while an unreadable input can still be read: the shell must not write over it.
+        const QMap<QString, QByteArray> before = snapshot(m.folder());
+        const QByteArray machineIni = m.read("machine.ini");
+        const QMap<QString, QString> registryBefore = registryValues(m.read("registry.reg"));
+        if (Fault(fault) == Unreadable) {
+            if (!QFile::setPermissions(path, QFileDevice::Permissions()))
+                QSKIP("this file system keeps no such permissions (Windows): the unreadable case cannot be played");
+            if (QFile(path).open(QIODevice::ReadOnly) || (isFolder && QDir(path).entryList().size() > 0)) {
+                QFile::setPermissions(path, owner);
+                QSKIP("permissions do not keep this user out (root): the unreadable case cannot be played");
+            }
+        }
 
-    const QMap<QString, QByteArray> after = snapshot(m.folder());
-    QStringList paths = before.keys() + after.keys();
-    paths.removeDuplicates();
-    for (const QString &rel : paths) {
-        if (rel == removedByDesign || writtenByDesign.contains(rel) || restoredByDesign(rel, before)
-            || (Fault(fault) == Unreadable && rel == input))
-            continue;
-        QVERIFY2(after.value(rel) == before.value(rel), qPrintable(rel + " is gone, changed or added"));
+        {
+            prepareShell(*qApp);
+            my_shell1 shell;
+            shell.show();
+            closeMenuWhenShown(shell.mainMenu);
+            shell.initTimer->stop();   // its one shot, taken here rather than inside the menu's loop
+            shell.init();
+            shell.hideWindow();
+            shell.getSystemCondition();
+            m.sim->pollInbox();
+            QVERIFY(shell.isVisible() && shell.startButton->isVisible() && shell.clock->isVisible());
+            QCOMPARE(shell.mask(), QRegion(0, 0, screenWidth, 64));
+            QVERIFY(shell.mainMenu && shell.mainMenu->actions().size() >= 6);
+        }
+        // Give the input back to the owner, so that the comparison and the clean-up can read it.
+        if (Fault(fault) == Unreadable)
+            QFile::setPermissions(path, owner);
+
+        const QMap<QString, QByteArray> after = snapshot(m.folder());
+        QStringList paths = before.keys() + after.keys();
+        paths.removeDuplicates();
+        for (const QString &rel : paths) {
+            if (writtenByDesign.contains(rel) || restoredByDesign(rel, before)
+                || (Fault(fault) == Unreadable && rel == input))
+                continue;
+            QVERIFY2(after.value(rel) == before.value(rel), qPrintable(rel + " is gone, changed or added"));
+        }
+        if (Fault(fault) != Unreadable)
+            QCOMPARE(withoutTime(m.read("machine.ini")), withoutTime(machineIni));
+        // The registry keeps every value it had; the shell adds the image language only.
+        const QMap<QString, QString> registryAfter = registryValues(m.read("registry.reg"));
+        for (auto it = registryBefore.constBegin(); it != registryBefore.constEnd(); ++it)
+            QVERIFY2(registryAfter.value(it.key()) == it.value(), qPrintable(it.key() + " lost or changed"));
     }
-    if (Fault(fault) != Unreadable)
-        QCOMPARE(withoutTime(m.read("machine.ini")), withoutTime(machineIni));
-    // The registry keeps every value it had; the shell adds the image language only.
-    const QMap<QString, QString> registryAfter = registryValues(m.read("registry.reg"));
-    for (auto it = registryBefore.constBegin(); it != registryBefore.constEnd(); ++it)
-        QVERIFY2(registryAfter.value(it.key()) == it.value(), qPrintable(it.key() + " lost or changed"));
-}
+};
 
 KELPIE_TEST_MAIN(FaultsTest)
 #include "tst_faults.moc"
