@@ -23,7 +23,6 @@ inline QTimer *whenShown(QObject *owner, std::function<QWidget *()> find, std::f
     return poll;
 }
 
-// The next modal widget of type T.
 template <typename T>
 QTimer *whenModal(std::function<void(T *)> act)
 {

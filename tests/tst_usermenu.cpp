@@ -8,8 +8,6 @@
 #include "desktop/dektopwidget.h"
 #include "launcher/my_useraction.h"
 #include "launcher/mymenu.h"
-#include "my_shell1/globals.h"
-#include "my_shell1/my_shell1.h"
 
 #include <QToolButton>
 
