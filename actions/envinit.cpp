@@ -1,5 +1,7 @@
 #include "envinit.h"
 
+#include "my_shell1/linefile.h"
+
 #include <QIODevice>
 
 namespace envinit {
@@ -22,18 +24,11 @@ qint32 biasOf(const QString &value)
 QList<Step> read(QIODevice *device)
 {
     QList<Step> steps;
-    while (!device->atEnd()) {
-        QByteArray bytes = device->readLine(longestLine + 1);
-        if (bytes.isEmpty())
-            break;   // a read error: what was read so far counts
-        if (bytes.size() >= longestLine && !bytes.endsWith('\n')) {
-            while (!device->atEnd()) {
-                const QByteArray rest = device->readLine(longestLine + 1);
-                if (rest.isEmpty() || rest.endsWith('\n'))
-                    break;
-            }
-            continue;
-        }
+    QByteArray bytes;
+    bool cut = false;
+    while (linefile::nextRaw(*device, &bytes, &cut)) {
+        if (cut)
+            continue;   // no locale value comes near the limit: an overlong line is passed over whole
         bytes.replace('\n', QByteArray()).replace('\r', QByteArray());
         QString line = QString::fromUtf8(bytes);
 

@@ -16,8 +16,6 @@ struct Step {
     QString arguments;   // Wpeutil: "SetMuiLanguage <value>", ...
 };
 
-// Lines longer than this are passed over whole: no locale value comes near it.
-constexpr qint64 longestLine = 1 << 20;
 
 // What the file asks, line by line and within a line in the order TimeZone, SetMuiLanguage,
 // SetUserLocale, SetKeyboardLayout. A key counts wherever it stands; its value is what is left

@@ -3,12 +3,6 @@
 #include "fuzzing.h"
 #include "network/netcondition.h"
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     NetworkCondition record;

@@ -10,7 +10,6 @@ const fuzzing::MachineFile *logFile = nullptr;
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    fuzzing::quiet();
     static const fuzzing::MachineFile file(QStringLiteral("bringup.log"));
     logFile = &file;
     return 0;

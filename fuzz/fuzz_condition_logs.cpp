@@ -4,20 +4,11 @@
 #include "fuzzing.h"
 #include "settings/settingsfiles.h"
 
-#include <QBuffer>
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    QByteArray content = fuzzing::bytes(data, size);
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::ReadOnly);
-    const QStringList lines = readLogLines(buffer);
+    fuzzing::Input input(data, size);
+    const QByteArray &content = input.content();
+    const QStringList lines = readLogLines(input.device());
     // No line outlasts the bytes, and none keeps a line end.
     if (lines.size() > content.size() + 1)
         __builtin_trap();

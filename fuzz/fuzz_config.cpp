@@ -6,22 +6,12 @@
 #include "my_shell1/linefile.h"
 #include "tools/cfgcheck/cfgreport.h"
 
-#include <QBuffer>
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    QByteArray content = fuzzing::bytes(data, size);
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::ReadOnly);
+    fuzzing::Input input(data, size);
     QStringList lines;
     QString line;
-    while (linefile::nextLine(buffer, &line))
+    while (linefile::nextLine(input.device(), &line))
         lines.append(line);
 
     MainMenuPass menu;

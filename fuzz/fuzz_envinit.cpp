@@ -3,20 +3,11 @@
 #include "actions/envinit.h"
 #include "fuzzing.h"
 
-#include <QBuffer>
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    QByteArray content = fuzzing::bytes(data, size);
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::ReadOnly);
-    const QList<envinit::Step> steps = envinit::read(&buffer);
+    fuzzing::Input input(data, size);
+    const QByteArray &content = input.content();
+    const QList<envinit::Step> steps = envinit::read(&input.device());
     // Each line asks at most the four steps, once each.
     if (steps.size() > 4 * (content.count('\n') + content.count('\r') + 1))
         __builtin_trap();

@@ -24,7 +24,6 @@ void writeInbox(const QByteArray &content)
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    fuzzing::quiet();
     static QCoreApplication app(*argc, *argv);
     static QTemporaryDir dir;
     inbox = dir.path() + QStringLiteral("/inbox.txt");

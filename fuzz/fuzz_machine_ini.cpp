@@ -3,12 +3,6 @@
 #include "fuzzing.h"
 #include "platform/sim/simmachine.h"
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const SimMachineFacts f = SimMachineFacts::fromIni(fuzzing::bytes(data, size));

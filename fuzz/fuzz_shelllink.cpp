@@ -4,12 +4,6 @@
 #include "fuzzing.h"
 #include "platform/shelllink/shelllink.h"
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     if (size > size_t(shelllink::maxFileSize))

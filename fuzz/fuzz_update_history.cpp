@@ -14,7 +14,6 @@ int round;
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    fuzzing::quiet();
     folder = new QTemporaryDir;
     return 0;
 }

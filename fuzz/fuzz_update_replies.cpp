@@ -5,12 +5,6 @@
 #include "update/downloadinfo.h"
 #include "update/updateversion.h"
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    fuzzing::quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QString body = QString::fromUtf8(fuzzing::bytes(data, size));

@@ -4,6 +4,7 @@
 
 #include "platform/sim/simplatform.h"
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -21,10 +22,28 @@ inline void quiet()
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 }
 
+// Set before the first run of every target, whether or not it has an initializer of its own.
+inline const bool quietFromStart = (quiet(), true);
+
 inline QByteArray bytes(const uint8_t *data, size_t size)
 {
     return QByteArray(reinterpret_cast<const char *>(data), int(size));
 }
+
+// The input as an open read-only device, for the readers that take one.
+class Input {
+public:
+    Input(const uint8_t *data, size_t size) : m_content(bytes(data, size)), m_buffer(&m_content)
+    {
+        m_buffer.open(QIODevice::ReadOnly);
+    }
+    const QByteArray &content() const { return m_content; }
+    QBuffer &device() { return m_buffer; }
+
+private:
+    QByteArray m_content;
+    QBuffer m_buffer;
+};
 
 // One file of a simulated machine that each run rewrites with its input, for the readers that
 // take a drive path ("x:/tmpReg/startNetwork.log") through the platform as the shell does.

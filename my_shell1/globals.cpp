@@ -48,6 +48,16 @@ void removeSavedTwin(const QString &savedFolder, const QString &path)
         sys().removeFile(twin);
 }
 
+QList<QChar> driveLetters(quint32 mask)
+{
+    QList<QChar> letters;
+    for (int index = 0; index < 26; ++index) {
+        if (mask & (1u << index))
+            letters.append(QChar(char('A' + index)));
+    }
+    return letters;
+}
+
 bool isDesktopIni(const QString &fileName)
 {
     return fileName.toLower() == QLatin1String("desktop.ini");

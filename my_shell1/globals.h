@@ -41,6 +41,8 @@ extern QString startMenuPath;
 QString savedTwin(const QString &savedFolder, const QString &path);
 // Deletes that saved copy of a file the user removed; nothing when there is no saved volume.
 void removeSavedTwin(const QString &savedFolder, const QString &path);
+// The letters of a logical drive mask from A on, bit 0 being A.
+QList<QChar> driveLetters(quint32 mask);
 // The folder settings file that the desktop, the start menu and the saved folders pass over.
 bool isDesktopIni(const QString &fileName);
 QFont &menuFont();   // "Tahoma" 11; a function so that it is built after the application

@@ -4,20 +4,37 @@
 
 namespace linefile {
 
-bool nextLine(QIODevice &file, QString *line)
+bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut)
 {
-    if (file.atEnd())
-        return false;
     // In pieces: readLine(n) makes a buffer of n bytes first, and the whole limit for every
     // line of a file cost a megabyte's allocation each.
     const qint64 piece = 4096;
-    QByteArray raw = file.readLine(piece);
-    while (!raw.endsWith('\n') && !file.atEnd() && raw.size() < maxLineBytes - 1)
-        raw += file.readLine(qMin(piece, maxLineBytes - raw.size()));
-    if (!raw.endsWith('\n')) {
-        while (!file.atEnd() && !file.readLine(piece).endsWith('\n')) {
+    *cut = false;
+    *raw = file.readLine(piece);
+    if (raw->isEmpty())
+        return false;
+    while (!raw->endsWith('\n') && raw->size() < maxLineBytes - 1) {
+        const QByteArray more = file.readLine(qMin(piece, maxLineBytes - raw->size()));
+        if (more.isEmpty())
+            return true;   // the end, or a device that stopped answering: what came counts
+        *raw += more;
+    }
+    if (!raw->endsWith('\n')) {
+        for (QByteArray rest = file.readLine(piece); !rest.isEmpty(); rest = file.readLine(piece)) {
+            *cut = true;
+            if (rest.endsWith('\n'))
+                break;
         }
     }
+    return true;
+}
+
+bool nextLine(QIODevice &file, QString *line)
+{
+    QByteArray raw;
+    bool cut = false;
+    if (!nextRaw(file, &raw, &cut))
+        return false;
     *line = QString::fromUtf8(raw);
     line->remove(QLatin1Char('\n'));
     line->remove(QLatin1Char('\r'));

@@ -2,6 +2,7 @@
 // Line-oriented files (data_shell.cfg, _kelpie.ini, the logs under x:/) as the shell reads them:
 // each line UTF-8 whatever the first bytes say, every "\n" and "\r" taken out.
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +14,9 @@ namespace linefile {
 // one endless line costs bounded memory.
 const qint64 maxLineBytes = 1 << 20;
 
+// The next line's bytes as they stand, "\n" included; an overlong line gives its first bytes,
+// the rest is read past and *cut says so. False at the end or when the device fails.
+bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut);
 // The next line; false at the end.
 bool nextLine(QIODevice &file, QString *line);
 // Every line of the file at a host path; false if it won't open.

@@ -73,11 +73,9 @@ int mediumDiskNumberOf(QChar letter)
 int scanSettingsFile()
 {
     int language = 0;
-    const quint32 mask = sys().logicalDrives();
-    for (int index = 2; index <= 25; ++index) {
-        if (!(mask & (1u << index)))
-            continue;
-        const QChar letter(char('A' + index));
+    for (const QChar letter : driveLetters(sys().logicalDrives())) {
+        if (letter < QLatin1Char('C'))
+            continue;   // the floppy letters are never asked
         const QString path = sys().hostPath(QString(letter) + QStringLiteral(":\\_kelpie.ini"));
         if (!QFile::exists(path))
             continue;

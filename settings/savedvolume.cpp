@@ -57,11 +57,7 @@ QString findSavedVolume(const QStringList &names)
     QStringList wanted;
     for (const QString &name : names)
         wanted << name.toUpper();
-    const quint32 mask = sys().logicalDrives();
-    for (int index = 0; index < 26; ++index) {
-        if (!(mask & (1u << index)))
-            continue;
-        const QChar letter(char('A' + index));
+    for (const QChar letter : driveLetters(sys().logicalDrives())) {
         if (!sys().volumeReady(letter))
             continue;
         const QString root = QString(letter) + QStringLiteral(":/");
@@ -162,11 +158,7 @@ QString findOnDrives(const QString &path)
         return QString();
     if (exists(path))
         return path;
-    const quint32 mask = sys().logicalDrives();
-    for (int index = 0; index < 26; ++index) {
-        if (!(mask & (1u << index)))
-            continue;
-        const QChar letter(char('A' + index));
+    for (const QChar letter : driveLetters(sys().logicalDrives())) {
         if (!sys().volumeReady(letter))
             continue;
         QString candidate = path;

@@ -1,5 +1,6 @@
 #include "volumelist.h"
 
+#include "my_shell1/globals.h"
 #include "platform/platform.h"
 #include "settings/settingsfiles.h"
 
@@ -24,11 +25,7 @@ int queryVolume(const QString &volumeName, QString *deviceName)
 QList<RemovableVolume> removableVolumes()
 {
     QList<RemovableVolume> rows;
-    const quint32 mask = sys().logicalDrives();
-    for (int index = 0; index < 26; ++index) {
-        if (!(mask & (1u << index)))
-            continue;
-        const QChar letter(char('A' + index));
+    for (const QChar letter : driveLetters(sys().logicalDrives())) {
         const VolumeSpace space = sys().volumeSpace(letter);
         if (!space.ready)
             continue;

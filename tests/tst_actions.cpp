@@ -5,7 +5,7 @@
 #include "testmain.h"
 #include "testshell.h"
 
-#include "actions/envinit.h"
+#include "my_shell1/linefile.h"
 #include "platform/sim/simregistry.h"
 
 namespace {
@@ -53,7 +53,7 @@ private slots:
         QTest::newRow("keys are case-sensitive, others skipped")
             << QByteArray("timezone=5\nLanguage=fr\n\n") << QStringList();
         QTest::newRow("a line too long for any value is passed over whole")
-            << "TimeZone=13\n" + QByteArray(envinit::longestLine + 10, 'x')
+            << "TimeZone=13\n" + QByteArray(linefile::maxLineBytes + 10, 'x')
                    + "TimeZone=15\nSetUserLocale=fr-FR\n"
             << QStringList{"timezone -60", "start open wpeutil.exe SetUserLocale fr-FR 0"};
         QTest::newRow("binary bytes apply nothing") << junk << QStringList();

@@ -101,7 +101,8 @@ private slots:
         m.write("registry.reg", "Windows Registry Editor Version 5.00\r\n\r\n; exported\r\n"
                 "[HKEY_CURRENT_USER\\Software\\Morvane Works]\r\n\"WinPE\"=dword:0000000e\r\n@=\"default\"\r\n"
                 "\"Path\"=\"C:\\\\Tools\\\\\\\"q\\\"\"\r\n\"Blob\"=hex:01,02,\\\r\n  03,ff\r\n"
-                "\"Expand\"=hex(2):25,00,41,00,25,00,00,00\r\n\r\n");
+                "\"Expand\"=hex(2):25,00,41,00,25,00,00,00\r\n\"Num\"=hex(4):10,27,00,00\r\n"
+                "\"Str\"=hex(1):6f,00,6b,00,00,00\r\n\r\n");
         const RegValue v = m.sim->readUserDword("software\\MORVANE WORKS", "winpe");
         QVERIFY(v.found && v.type == win32::regDword && v.data == 14);
         QVERIFY(!m.sim->readUserDword("Software\\Morvane Works", "Nope").found);
@@ -125,6 +126,9 @@ private slots:
         QCOMPARE(blob.bytes, QByteArray("\x01\x02\x03\xff", 4));
         const RegData expand = again.readValue(morvane, "Expand");
         QVERIFY(expand.type == win32::regExpandSz && expand.text == "%A%");
+        // A number and a string written out as bytes read as what they hold.
+        QCOMPARE(again.readValue(morvane, "Num").dword, 10000u);
+        QCOMPARE(again.readValue(morvane, "Str").text, QStringLiteral("ok"));
     }
 
     void registryFilesNewAndUtf16()

@@ -247,8 +247,11 @@ bool SimRegistry::parse(const QByteArray &content)
             } else {
                 continue;
             }
-            if (!parseHexBytes(data.mid(colon + 1), &v.bytes))
+            QByteArray bytes;
+            if (!parseHexBytes(data.mid(colon + 1), &bytes))
                 continue;
+            // hex(1): and hex(4): are a string and a number written out as bytes
+            setBytes(v, v.type, bytes);
         } else {
             continue;   // deletions ("=-") and anything unknown
         }
@@ -269,7 +272,7 @@ QByteArray SimRegistry::serialize() const
             out += QLatin1Char('=');
             if (v.type == win32::regSz)
                 out += QLatin1Char('"') + escaped(v.text) + QLatin1Char('"');
-            else if (v.type == win32::regDword)
+            else if (v.type == win32::regDword && v.bytes.isEmpty())
                 out += QStringLiteral("dword:%1").arg(v.dword, 8, 16, QLatin1Char('0'));
             else if (v.type == win32::regBinary)
                 out += QLatin1String("hex:") + hexText(v.bytes);
@@ -356,7 +359,7 @@ RegData SimRegistry::readValue(const QString &key, const QString &name) const
         if (v.type == win32::regSz) {
             out.text = v.text;
             out.bytes = utf16le(v.text, true);
-        } else if (v.type == win32::regDword) {
+        } else if (v.type == win32::regDword && v.bytes.isEmpty()) {
             out.bytes.resize(4);
             for (int i = 0; i < 4; ++i)
                 out.bytes[i] = char((v.dword >> (8 * i)) & 0xff);
@@ -443,21 +446,28 @@ void SimRegistry::writeBytes(const QString &key, const QString &name, quint32 ty
     const QString norm = normalizeKey(key);
     if (norm.isEmpty())
         return;
-    Value &v = ensureValue(norm, name == QLatin1String("@") ? QString() : name);
+    setBytes(ensureValue(norm, name == QLatin1String("@") ? QString() : name), type, bytes);
+}
+
+void SimRegistry::setBytes(Value &v, quint32 type, const QByteArray &bytes)
+{
     if (type == win32::regSz) {
         QString s = fromUtf16le(bytes);
         v.text = s.section(QChar(0), 0, 0);
         v.type = win32::regSz;
+        v.dword = 0;
         v.bytes.clear();
         return;
     }
     if (type == win32::regDword && bytes.size() == 4) {
         v.type = win32::regDword;
         v.dword = firstDword(bytes);
+        v.text.clear();
         v.bytes.clear();
         return;
     }
     v.type = type;
     v.bytes = bytes;
+    v.dword = 0;
     v.text.clear();
 }

@@ -61,6 +61,8 @@ private:
     const Key *findKey(const QString &normalized) const;
     Key &ensureKey(const QString &normalized);
     Value &ensureValue(const QString &key, const QString &name);
+    // Raw bytes of a type, kept as text or number where the type has one, as a write does.
+    static void setBytes(Value &v, quint32 type, const QByteArray &bytes);
 
     QVector<Key> m_keys;
     QHash<QString, int> m_index;   // lower-case path -> position in m_keys

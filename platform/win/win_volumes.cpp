@@ -46,23 +46,8 @@ bool WinPlatform::volumeOpens(const QString &volumeName)
 
 DeviceNumberAnswer WinPlatform::volumeDeviceNumber(const QString &volumeName)
 {
-    DeviceNumberAnswer answer;
-    HANDLE volume = openDevice(volumeName, GENERIC_READ | GENERIC_WRITE,
-                               FILE_SHARE_READ | FILE_SHARE_WRITE);
-    if (volume == INVALID_HANDLE_VALUE)
-        return answer;
-    answer.opened = true;
-    STORAGE_DEVICE_NUMBER number;
-    ZeroMemory(&number, sizeof number);
-    DWORD bytes = 0;
-    answer.ok = DeviceIoControl(volume, IOCTL_STORAGE_GET_DEVICE_NUMBER, nullptr, 0, &number,
-                                sizeof number, &bytes, nullptr) != FALSE;
-    CloseHandle(volume);
-    answer.bytesReturned = bytes;
-    answer.deviceType = number.DeviceType;
-    answer.deviceNumber = number.DeviceNumber;
-    answer.partitionNumber = number.PartitionNumber;
-    return answer;
+    return askDeviceNumber(openDevice(volumeName, GENERIC_READ | GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE));
 }
 
 PhysicalDriveAnswer WinPlatform::physicalDrive(quint32 number)

@@ -162,12 +162,9 @@ bool WinPlatform::volumeReady(QChar letter)
     return ok != FALSE;
 }
 
-DeviceNumberAnswer WinPlatform::deviceNumber(QChar letter)
+DeviceNumberAnswer askDeviceNumber(void *device)
 {
     DeviceNumberAnswer answer;
-    const QString path = QStringLiteral("\\\\.\\") + letter + QLatin1Char(':');
-    HANDLE device = CreateFileW(wide(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                nullptr, OPEN_EXISTING, 0, nullptr);
     if (device == INVALID_HANDLE_VALUE)
         return answer;
     answer.opened = true;
@@ -182,6 +179,13 @@ DeviceNumberAnswer WinPlatform::deviceNumber(QChar letter)
     answer.deviceNumber = number.DeviceNumber;
     answer.partitionNumber = number.PartitionNumber;
     return answer;
+}
+
+DeviceNumberAnswer WinPlatform::deviceNumber(QChar letter)
+{
+    const QString path = QStringLiteral("\\\\.\\") + letter + QLatin1Char(':');
+    return askDeviceNumber(CreateFileW(wide(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
 ShellResult WinPlatform::shellExecute(const QString &verb, const QString &file,

@@ -11,6 +11,10 @@ inline const wchar_t *wide(const QString &s)
     return reinterpret_cast<const wchar_t *>(s.utf16());
 }
 
+// IOCTL_STORAGE_GET_DEVICE_NUMBER on a device the caller opened (a HANDLE, INVALID_HANDLE_VALUE
+// when the open failed); the handle is closed here.
+DeviceNumberAnswer askDeviceNumber(void *device);
+
 class WinPlatform : public Platform {
 public:
     WinPlatform() = default;
