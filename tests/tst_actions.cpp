@@ -93,7 +93,7 @@ private slots:
                  QStringList({"timezone -180 0 -60 Central Central Summer", "localtime 2026-03-01 10:20:30.250"}));
         QCOMPARE(m.read("machine.ini"),
                  QByteArray(ini).replace("bias=-60\r\nstandard", "bias=-180\r\nstandard")
-                     .replace("0,5,2,0,0,0\r\n", "0,5,2,0,0,0\r\nstandardBias=0\r\nstandardDate=0,0,0,0,0,0,0,0\r\n"));
+                     .replace("0,0,0\r\n\r\n", "0,0,0\r\nstandardBias=0\r\nstandardDate=0,0,0,0,0,0,0,0\r\n\r\n"));
         TimeZoneInfo zone;
         QCOMPARE(m.sim->timeZoneInformation(&zone), 1u);
     }
@@ -106,9 +106,9 @@ private slots:
         QVERIFY(QFile::link(m.folder() + "/drives/E/Drivers", m.folder() + "/drives/E/Drivers/Net/back"));
         auto shell = makeShell();
         shell->loadDriver_new("E:\\Drivers\\");
-        QCOMPARE(journalOf(m, "start").replaceInStrings("start open InstallDriver.exe \"E:\\Drivers\\", "").join('|'),
-                 QString("a.inf\" /exit-if-ok 1|b.INF\" /exit-if-ok 1|Net\\d.inf\" /exit-if-ok 1|"
-                         "Net\\Deep\\e.inf\" /exit-if-ok 1"));
+        QCOMPARE(journalOf(m, "start").replaceInStrings("start open InstallDriver.exe ", "").join('|'),
+                 QString("\"E:\\Drivers\\a.inf\" /exit-if-ok 1|\"E:\\Drivers\\b.INF\" /exit-if-ok 1|\"E:\\Drivers\\Net"
+                         "\\d.inf\" /exit-if-ok 1|\"E:\\Drivers\\Net\\Deep\\e.inf\" /exit-if-ok 1"));
         const int before = m.journal().size();
         shell->loadDriver_new("E:\\Missing\\");
         QCOMPARE(m.journal().size(), before);

@@ -39,9 +39,7 @@ private slots:
         QVERIFY(!win.readUserDword(testKey, QStringLiteral("WinPE")).found);
 
         // A short string value comes back as it is, with its type: judging it is the shell's job.
-        const wchar_t one[] = L"1";
-        QCOMPARE(RegSetKeyValueW(HKEY_CURRENT_USER, wide(testKey), L"Text", REG_SZ, one, sizeof one),
-                 LONG(ERROR_SUCCESS));
+        QCOMPARE(RegSetKeyValueW(HKEY_CURRENT_USER, wide(testKey), L"Text", REG_SZ, L"1", sizeof L"1"), 0L);
         v = win.readUserDword(testKey, QStringLiteral("Text"));
         QVERIFY(v.found && v.type == REG_SZ && v.data == quint32('1'));
     }
@@ -54,13 +52,12 @@ private slots:
         QCOMPARE(names.filter(self, Qt::CaseInsensitive).size(), 1);
 
         // One more process of a name is counted once more.
-        const int shells = names.filter("cmd.exe", Qt::CaseInsensitive).size();
+        const auto shells = [&] { return names.filter("cmd.exe", Qt::CaseInsensitive).size(); };
+        const int before = shells();
         QProcess child;
         child.start("cmd.exe", {"/q"});   // reads its input until that closes
         QVERIFY(child.waitForStarted(10000));
-        QVERIFY(QTest::qWaitFor(
-            [&] { return win.processNames(&names) && names.filter("cmd.exe", Qt::CaseInsensitive).size() == shells + 1; },
-            10000));
+        QVERIFY(QTest::qWaitFor([&] { return win.processNames(&names) && shells() == before + 1; }, 10000));
         child.closeWriteChannel();
         QVERIFY(child.waitForFinished(30000));
     }

@@ -60,7 +60,8 @@ private slots:
             << QStringList{"App.LNK", "App.lnk.bak", "x.lnk.lnk"} << "App.LNK, App, x";
         QTest::newRow("files and folders mixed by name ignoring case")
             << QStringList{"beta.lnk", "Alpha/a.lnk", ".x.lnk"} << ".x, Alpha[a], beta";
-        QTest::newRow("a top folder of empty folders shows nothing") << QStringList{"Hollow/Deeper/", "z.lnk"} << "z";
+        QTest::newRow("a top folder of empty folders shows nothing")
+            << QStringList{"Hollow/Deeper/", "z.lnk"} << "z";
         QTest::newRow("below the top an empty folder is an empty menu, a deep file counts")
             << QStringList{"Mixed/a.lnk", "Mixed/Empty/", "Mixed/Full/Inner/b.lnk"}
             << "Mixed[a, Empty[], Full[Inner[b]]]";
