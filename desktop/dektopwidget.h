@@ -79,7 +79,9 @@ private slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+
+private:
     // Logical size of the primary screen, the one the panel took (screenWidth, screenHeight);
-    // the toolkit's before it was read. A seam so that tests can play other screens.
-    virtual QSize primaryScreenSize() const;
+    // the toolkit's before it was read.
+    QSize primaryScreenSize() const;
 };

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 class TestMachine {
@@ -19,8 +20,7 @@ public:
         if (!dir.isValid())
             qFatal("TestMachine: no temporary folder");
         addDrive('X');
-        sim = new SimPlatform(dir.path());
-        setPlatform(sim);
+        setPlatform(sim = new SimPlatform(dir.path()));
     }
     ~TestMachine() { setPlatform(nullptr); }
 
@@ -28,10 +28,8 @@ public:
     template <typename P>
     P *use()
     {
-        P *p = new P(folder());
-        setPlatform(p);
-        sim = p;
-        return p;
+        setPlatform(sim = new P(folder()));
+        return static_cast<P *>(sim);
     }
 
     QString folder() const { return dir.path(); }
@@ -52,7 +50,6 @@ public:
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 
-    // --- drives ---
     void addDrive(QChar letter)
     {
         if (!QDir(dir.path()).mkpath(QStringLiteral("drives/") + letter.toUpper()))
@@ -69,27 +66,24 @@ public:
     // One file by its drive path ("x:/init.log", "X:\\Program Files\\kelpie\\data_shell.cfg").
     TestMachine &file(const QString &drivePath, const QByteArray &content)
     {
-        QString rest = drivePath.mid(2);
-        rest.replace(QLatin1Char('\\'), QLatin1Char('/'));
-        write(QStringLiteral("drives/") + drivePath.at(0).toUpper() + rest, content);
+        write(QStringLiteral("drives/") + drivePath.at(0).toUpper() + drivePath.mid(2).replace('\\', '/'), content);
         return *this;
     }
-    // data_shell.cfg in the working directory.
     TestMachine &config(const QByteArray &content)
     {
         return file(QStringLiteral("X:/Program Files/kelpie/data_shell.cfg"), content);
     }
 
-    // --- registry.reg: REG_DWORD values under HKEY_CURRENT_USER ---
+    // A REG_DWORD value under HKEY_CURRENT_USER in registry.reg.
     TestMachine &registryDword(const QString &key, const QString &name, quint32 value)
     {
-        m_registry[key].append(QStringLiteral("\"%1\"=dword:%2")
-                                   .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0'))));
+        m_registry[key] += QStringLiteral("\"%1\"=dword:%2\r\n")
+                               .arg(name, QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0')));
         writeRegistry();
         return *this;
     }
 
-    // --- machine.ini: a section's facts, one "key=value" a line; a later call replaces it ---
+    // A section of machine.ini, one "key=value" a line; a later call replaces it.
     TestMachine &facts(const QString &section, const QByteArray &lines)
     {
         m_sections[section] = lines;
@@ -103,70 +97,50 @@ public:
         return facts(QStringLiteral("volume.") + letter.toUpper(), lines);
     }
 
-    // --- what the machine saw ---
     // Journal lines of this run, each tab-separated, operation first (docs/machine.md).
     QStringList journal() const { return sim->journal(); }
-    // The journal lines of one operation.
-    QStringList journalOf(const QString &operation) const
+    // The journal lines of one operation, or of several ("timezone|start").
+    QStringList journalOf(const QString &operations) const
     {
-        QStringList lines;
-        for (const QString &line : sim->journal())
-            if (line == operation || line.startsWith(operation + QLatin1Char('\t')))
-                lines << line;
-        return lines;
+        return journal().filter(QRegularExpression("^(" + operations + ")(\t|$)"));
     }
     // Appends one line to inbox.txt and delivers what is new at once, without the timer.
     void send(const QByteArray &line)
     {
-        QFile f(dir.path() + QStringLiteral("/inbox.txt"));
-        if (!f.open(QIODevice::WriteOnly | QIODevice::Append) || f.write(line + '\n') != line.size() + 1)
-            qFatal("TestMachine: cannot write inbox.txt");
-        f.close();
+        write(QStringLiteral("inbox.txt"), read(QStringLiteral("inbox.txt")) + line + '\n');
         sim->pollInbox();
     }
 
-    // --- saved settings: volumes and shortcuts ---
-    // A section [volume.<letter>] of machine.ini from "key=value" lines, and the drive's folder.
-    void addVolume(QChar letter, const QStringList &keys)
-    {
-        volume(letter, keys.join(QLatin1Char('\n')).toUtf8());
-    }
+    void addVolume(QChar letter, const QStringList &keys) { volume(letter, keys.join('\n').toUtf8()); }
     // A USB stick: removable media on its own disk, with a vendor and a product.
     void addStick(QChar letter, int disk, const QStringList &more = QStringList())
     {
-        addVolume(letter, QStringList{QStringLiteral("label=KELPIE"), QStringLiteral("mediaType=removable"),
-                                      QStringLiteral("vendor=ACME"), QStringLiteral("product=FLASH"),
-                                      QStringLiteral("disk=%1").arg(disk)}
-                              + more);
+        addVolume(letter, QStringList{"label=KELPIE", "mediaType=removable", "vendor=ACME", "product=FLASH",
+                                      "disk=" + QString::number(disk)} + more);
     }
     // A real shortcut file at a path of the machine folder ("drives/X/.../a.lnk").
     void addShortcut(const QString &relative, const QString &target, const QString &workingDirectory = QString())
     {
         write(relative, shelllink::write(shelllink::make(target, workingDirectory)));
     }
-    // --- network (docs/machine.md, Network) ---
     // One NET adapter seen by all three roads: device <n> of the walk, its class subkey, its
     // Tcpip Adapters and Interfaces keys, its connection name and an [adapter.<n>] section
     // holding ipHelper; the hardware id is "PCI\VEN_FFFE&DEV_<n>" unless given. Returns its
     // interface GUID. Both files are written again at once.
-    QString addAdapter(int n, const QByteArray &description, const QByteArray &ipHelper = {},
-                       QByteArray hw = {})
+    QString addAdapter(int n, const QByteArray &description, const QByteArray &ipHelper = {}, QByteArray hw = {})
     {
-        const QByteArray guid = adapterGuid(n);
+        const QByteArray guid = adapterGuid(n), number = QByteArray::number(n);
         if (hw.isEmpty())
-            hw = "PCI\\VEN_FFFE&DEV_" + QByteArray::number(n);
-        const QByteArray cls = "HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\";
+            hw = "PCI\\VEN_FFFE&DEV_" + number;
+        const QByteArray cls = "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\";
         const QByteArray netClass = "{4D36E972-E325-11CE-BFC1-08002BE10318}";
-        netIni += "[device." + QByteArray::number(n) + "]\nclass=Net\nclassGuid=" + netClass
-            + "\ndescription=" + description + "\nhardwareId=" + hw + "\n"
-            + "[adapter." + QByteArray::number(n) + "]\nname=" + guid + "\n" + ipHelper + "\n";
-        netReg += "[" + cls + "Control\\Class\\" + netClass + "\\" + QByteArray::number(n).rightJustified(4, '0')
-            + "]\n\"DeviceInstanceID\"=\"" + QByteArray(hw).replace("\\", "\\\\") + "\\\\4&1&0&" + QByteArray::number(n)
-            + "\"\n\"NetCfgInstanceId\"=\"" + guid + "\"\n\n"
-            + "[" + cls + "Services\\Tcpip\\Parameters\\Adapters\\" + guid + "]\n\n"
-            + "[" + cls + "Services\\Tcpip\\Parameters\\Interfaces\\" + guid + "]\n\n"
-            + "[" + cls + "Control\\Network\\" + netClass + "\\" + guid + "\\Connection]\n\"Name\"=\"Net "
-            + QByteArray::number(n) + "\"\n\n";
+        netIni += "[device." + number + "]\nclass=Net\nclassGuid=" + netClass + "\ndescription=" + description
+            + "\nhardwareId=" + hw + "\n[adapter." + number + "]\nname=" + guid + "\n" + ipHelper + "\n";
+        netReg += cls + "Control\\Class\\" + netClass + "\\" + number.rightJustified(4, '0')
+            + "]\n\"DeviceInstanceID\"=\"" + QByteArray(hw).replace("\\", "\\\\") + "\\\\4&1&0&" + number
+            + "\"\n\"NetCfgInstanceId\"=\"" + guid + "\"\n\n" + cls + "Services\\Tcpip\\Parameters\\Adapters\\"
+            + guid + "]\n\n" + cls + "Services\\Tcpip\\Parameters\\Interfaces\\" + guid + "]\n\n" + cls
+            + "Control\\Network\\" + netClass + "\\" + guid + "\\Connection]\n\"Name\"=\"Net " + number + "\"\n\n";
         writeNetwork();
         return QString::fromLatin1(guid);
     }
@@ -200,12 +174,11 @@ private:
     {
         QByteArray text = "Windows Registry Editor Version 5.00\r\n\r\n";
         for (auto k = m_registry.begin(); k != m_registry.end(); ++k)
-            text += "[HKEY_CURRENT_USER\\" + k.key().toUtf8() + "]\r\n"
-                + k.value().join(QStringLiteral("\r\n")).toUtf8() + "\r\n\r\n";
+            text += "[HKEY_CURRENT_USER\\" + (k.key() + "]\r\n" + k.value() + "\r\n").toUtf8();
         write(QStringLiteral("registry.reg"), text + m_rawRegistry);
     }
 
-    QMap<QString, QStringList> m_registry;
+    QMap<QString, QString> m_registry;
     QMap<QString, QByteArray> m_sections;
     QByteArray m_rawIni, m_rawRegistry;   // the network block's own text
 };

@@ -7,19 +7,16 @@
 #include <QtTest>
 
 // A widget of a form by its designer name: generated form headers stay private to their library.
-// Dialogs the owner keeps (the Save dialog of the panel) have forms of their own with the same
-// designer names; only widgets in the owner's own window count.
+// Only widgets in the owner's own window count: dialogs it keeps have forms with the same names.
 template <typename T = QWidget>
 T *formWidget(const QObject &owner, const char *name)
 {
     const QWidget *ownerWidget = qobject_cast<const QWidget *>(&owner);
-    for (T *w : owner.findChildren<T *>(QLatin1String(name))) {
-        const QWidget *widget = qobject_cast<const QWidget *>(w);
-        if (!ownerWidget || !widget || widget->window() == ownerWidget->window())
+    for (T *w : owner.findChildren<T *>(QLatin1String(name)))
+        if (!ownerWidget || !qobject_cast<QWidget *>(w)
+            || qobject_cast<QWidget *>(w)->window() == ownerWidget->window())
             return w;
-    }
     qFatal("no form widget %s", name);
-    return nullptr;
 }
 
 #define KELPIE_TEST_MAIN(TestClass)                                  \
@@ -44,14 +41,10 @@ inline void answerBox(QString *seen, QMessageBox::StandardButton answer = QMessa
 {
     seen->clear();
     QTimer::singleShot(0, [seen, answer]() {
-        QMessageBox *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        *seen = box->windowTitle() + '|' + box->text() + '|' + QString::number(int(box->standardButtons()))
-                + (box->parentWidget() ? "|parented" : "");
-        if (QAbstractButton *b = box->button(answer))
-            b->click();
-        else
-            box->done(answer);
+        if (QMessageBox *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            *seen = box->windowTitle() + '|' + box->text() + '|' + QString::number(int(box->standardButtons()))
+                    + (box->parentWidget() ? "|parented" : "");
+            box->button(answer) ? box->button(answer)->click() : box->done(answer);
+        }
     });
 }

@@ -1,5 +1,4 @@
-// The launcher: data_shell.cfg's reading rules, the menus and buttons built from it, and what
-// each way of starting hands to the shell's open verb.
+// The launcher: data_shell.cfg's rules, the menus and buttons made of it, and what each start hands on.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -14,23 +13,15 @@
 #include "launcher/mybutton.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
-#include "my_shell1/my_shell1.h"
 
 #include <QMouseEvent>
 #include <QScreen>
-#include <memory>
 
 namespace {
 
-// The "start" lines of the journal, without the operation name.
-QStringList starts(const TestMachine &m)
-{
-    return m.journalOf(QStringLiteral("start")).replaceInStrings(QRegularExpression("^start\t"), QString());
-}
-
 QString startLine(const QString &file, const QString &params)
 {
-    return QStringLiteral("open\t%1\t%2\t1").arg(file, params);
+    return QStringLiteral("start\topen\t%1\t%2\t1").arg(file, params);
 }
 
 QStringList menuTexts(QMenu *menu)
@@ -41,17 +32,13 @@ QStringList menuTexts(QMenu *menu)
     return out;
 }
 
-void sendMouse(QWidget *w, QEvent::Type type, QPoint pos)
+// A left button press or release at pos, or an event without data (Enter, Leave).
+void send(QWidget *w, QEvent::Type type, QPoint pos = QPoint(10, 10))
 {
-    QMouseEvent e(type, pos, w->mapToGlobal(pos), Qt::LeftButton,
-                  type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(w, &e);
-}
-
-void sendPlain(QWidget *w, QEvent::Type type)
-{
-    QEvent e(type);
-    QApplication::sendEvent(w, &e);
+    QMouseEvent mouse(type, pos, w->mapToGlobal(pos), Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QEvent plain(type);
+    QApplication::sendEvent(w, type == QEvent::Enter || type == QEvent::Leave ? &plain : &mouse);
 }
 
 } // namespace
@@ -83,9 +70,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("cfg");
         QTest::addColumn<QStringList>("read");
-        auto row = [](const char *rule, const QByteArray &cfg, const QStringList &read) {
-            QTest::newRow(rule) << cfg << read;
-        };
+        auto row = [](const char *rule, const QByteArray &cfg, const QStringList &read) { QTest::newRow(rule) << cfg << read; };
         row("toRun stands anywhere in a line, even commented, the key cut out; it needs two fields",
             "; xtoRun=a|b|c\ntoRun=lonely", {"run ; xa|b"});
         row("other commented keys and unknown lines are passed over", "; version=1\n;title=t\nSyst\xc3\xa8me=x", {});
@@ -127,56 +112,19 @@ private slots:
                 got << key + value;
         for (const RunEntry &r : p.toRun)
             got << "run " + r.program + "|" + r.arguments;
-        for (const MenuLine &l : p.menu) {
-            if (l.kind == MenuLine::Separator)
-                got << "separator";
-            else if (l.kind == MenuLine::SubMenu)
-                got << QString("menu %1 %2|%3").arg(QString::number(l.id), l.text, l.icon);
-            else
-                got << QString("item %1/%2 ").arg(l.parentId).arg(l.id)
-                        + QStringList{l.text, l.icon, l.path, l.params, l.hint}.join('|');
-        }
+        for (const MenuLine &l : p.menu)
+            got << (l.kind == MenuLine::Separator ? QString("separator")
+                    : l.kind == MenuLine::SubMenu ? QString("menu %1 %2|%3").arg(QString::number(l.id), l.text, l.icon)
+                                                  : QString("item %1/%2 ").arg(l.parentId).arg(l.id)
+                                                        + QStringList{l.text, l.icon, l.path, l.params, l.hint}.join('|'));
         for (const LauncherLine &b : shellconfig::readLauncherButtons().buttons)
             got << QString("button %1 ").arg(b.id)
                     + QStringList{b.normalImage, b.nearImage, b.activeImage, b.tip, b.path, b.params}.join('|');
         const FixedPass f = shellconfig::readFixedButtons();
-        for (int i = 0; i < 5; ++i) {
-            const FixedButtonSetting &b = f.buttons[i];
-            if (b.set)
-                got << QString("fixed%1 ").arg(i + 1) + QStringList{b.icon, b.tip, b.command}.join('|');
-        }
+        for (int i = 0; i < 5; ++i)
+            if (f.buttons[i].set)
+                got << QString("fixed%1 ").arg(i + 1) + QStringList{f.buttons[i].icon, f.buttons[i].tip, f.buttons[i].command}.join('|');
         QCOMPARE(got, read);
-    }
-
-    // The checker's notes quote values as written, whatever "%n" they hold.
-    void notesQuoteValuesAsWritten_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("note");
-        auto row = [](const char *kind, const char *line, const char *note) { QTest::newRow(kind) << line << note; };
-        row("menu entry", "menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|", "menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"");
-        row("fixed button", "fixedB2=i|t|%1.exe", "fixed button 2 runs \"%1.exe\"");
-    }
-    void notesQuoteValuesAsWritten()
-    {
-        QFETCH(QString, line);
-        QFETCH(QString, note);
-        QList<ConfigNote> notes;
-        MainMenuPass menu;
-        LauncherPass launcher;
-        FixedPass fixed;
-        int nextId = 1000;
-        shellconfig::mainMenuLine(line, 1, &menu, &notes);
-        shellconfig::launcherLine(line, 1, &nextId, &launcher, &notes);
-        shellconfig::fixedLine(line, 1, &fixed, &notes);
-        QCOMPARE(notes.size(), 1);
-        QCOMPARE(notes[0].text, note);
-    }
-
-    void missingFile()
-    {
-        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
-                && !shellconfig::readFixedButtons().opened);
     }
 
     void mediumStartEntry_data()
@@ -184,44 +132,40 @@ private slots:
         QTest::addColumn<QString>("program");
         QTest::addColumn<bool>("removable");
         QTest::addColumn<int>("disk");
-        QTest::addColumn<QString>("args");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("the medium's tool learns its disk") << "Zembra.exe" << true << 1 << " -a" << "-xd=1 -a";
-        QTest::newRow("disk 0, in any case and folder") << "tools\\ZEMBRA" << true << 0 << "" << "-xd=0 ";
-        QTest::newRow("no disk known") << "Zembra.exe" << true << -1 << " -a" << " -a";
-        QTest::newRow("not removable") << "Zembra.exe" << false << 1 << " -a" << " -a";
-        QTest::newRow("other tool") << "other.exe" << true << 1 << " -a" << " -a";
+        QTest::addColumn<QString>("expected");   // after " -a"
+        QTest::newRow("disk 0, in any case and folder") << "tools\\ZEMBRA" << true << 0 << "-xd=0 -a";
+        QTest::newRow("no disk known") << "Zembra.exe" << true << -1 << " -a";
+        QTest::newRow("not removable") << "Zembra.exe" << false << 1 << " -a";
+        QTest::newRow("other tool") << "other.exe" << true << 1 << " -a";
     }
     void mediumStartEntry()
     {
         QFETCH(QString, program);
         QFETCH(bool, removable);
         QFETCH(int, disk);
-        QFETCH(QString, args);
         QFETCH(QString, expected);
         RunEntry e;
-        QVERIFY(appstart::mediumStartEntry(program, args, removable, disk, &e));
+        QVERIFY(appstart::mediumStartEntry(program, " -a", removable, disk, &e));
         QCOMPARE(e.program + e.arguments, program + expected);
-        QVERIFY(!appstart::mediumStartEntry(QString(), args, removable, disk, &e));
+        QVERIFY(!appstart::mediumStartEntry(QString(), " -a", removable, disk, &e));
     }
 
-    // The start queue's paths are shown by runTaskListQueue, the menu above and below the panel
-    // by menuOpensAboveWhenTooTall.
-    void pathRules()
+    // (Queue paths: startQueueAndRecords; the menu above the panel: menuFromFile.) Without the file
+    // nothing is read; the checker's notes quote values as written, whatever "%n" they hold.
+    void pathRulesAndNotes()
     {
         QCOMPARE(appstart::menuIconPath(QStringLiteral("icons/24/net24.png")), QStringLiteral("icons/32/net32.png"));
         QCOMPARE(mainMenuTop(768, 202, 500), 268);   // exactly room for it below
-    }
-
-    void menuWithoutFile()
-    {
-        auto s = shell(QByteArray());
-        // The fixed entries alone, in their order, in the menus' font.
-        QCOMPARE(menuTexts(s->mainMenu), QStringList({"About Kelpie", "--", "--", "Run...", "Load Driver",
-                                                      "Turn Off Computer"}));
-        for (my_PushButton *b : {s->keyboardButton, s->timeButton, s->displayButton,
-                                 s->taskManagerButton, s->explorerButton, s->shotButton})
-            QVERIFY(b->isHidden());
+        QVERIFY(!shellconfig::readMainMenu().opened && !shellconfig::readLauncherButtons().opened
+                && !shellconfig::readFixedButtons().opened);
+        m->config("menuItem=0|7|50%3 off|i.png|a%1.exe|-p %2|\nfixedB2=i|t|%1.exe\n");
+        QList<ConfigNote> notes;
+        shellconfig::readMainMenu(QString::fromLatin1(shellconfig::fileName()), &notes);
+        shellconfig::readFixedButtons(QString::fromLatin1(shellconfig::fileName()), &notes);
+        QStringList texts;
+        for (const ConfigNote &n : notes)
+            texts << n.text;
+        QCOMPARE(texts, QStringList({"menu entry 7 \"50%3 off\" under 0 starts \"a%1.exe\" \"-p %2\"", "fixed button 2 runs \"%1.exe\""}));
     }
 
     void menuFromFile()
@@ -232,12 +176,13 @@ private slots:
         mediumDiskNumber = 1;
         auto s = shell("menuItem=1|100|Early|i.png|early.exe||\ntoRun=net|-x\nmainMenu=1|Tools|t.png\nmainMenu=0|Orphans|o.png\n"
                        "menuItem=1|101|Ping|p24.png|ping.exe|-t|Sends pings\nmainSeparator\nmenuItem=0|5|Direct|d.png|tools/d.exe|a/b|\n"
-                       "menuItem=9|6|Lost|d.png|lost.exe||\nmenuItem=-1|8|Unplaced|d.png|u.exe||\n");
+                       "menuItem=9|6|Lost|d.png|lost.exe||\nmenuItem=-1|8|Unplaced|d.png|u.exe||\n"
+                       "menuItem=0|1000|Menu|i.png|menu.exe||\nmorvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n"
+                       "fixedB3=t.png|Tasks|tm.exe\nfixedB5=s.png|Shot|shot.exe\n");
         const QStringList texts = menuTexts(s->mainMenu);
         const int about = texts.indexOf(QStringLiteral("About Kelpie"));
         QCOMPARE(texts.mid(about, 6), QStringList({"About Kelpie", "--", "Tools", "Orphans", "--", "Direct"}));
-        QCOMPARE(s->menuActions.size(), 2);
-        QCOMPARE(s->subMenus.size(), 2);
+        QCOMPARE(s->menuActions.size() + s->subMenus.size(), 4);
         QCOMPARE(menuTexts(s->subMenus[0]), QStringList({"Ping"}));
         QVERIFY(s->subMenus[1]->actions().isEmpty());
 
@@ -245,24 +190,69 @@ private slots:
         QVERIFY(ping && ping->hint == QStringLiteral("Sends pings"));
         auto *direct = qobject_cast<my_Action *>(s->mainMenu->actions().at(about + 5));
         // Forward reference, unknown and negative parents: no record.
-        QCOMPARE(s->appList.size(), 2);
-        QCOMPARE(s->appList[0].id + s->appList[1].id, 101 + 5);
+        QCOMPARE(s->appList.size(), 4);
+        QCOMPARE(s->appList[0].id + s->appList[1].id + s->appList[2].id + s->appList[3].id, 101 + 5 + 1000 + 1000);
         // The medium's start entry follows the file's.
         QCOMPARE(toRunList.size(), 2);
         QCOMPARE(toRunList[0].program + toRunList[1].program + toRunList[1].arguments,
                  QStringLiteral("netZembra.exe-xd=1 -a"));
 
-        // A click on the entry reaches startApp: slashes turn, parameters stay.
+        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()) && s->shotButton->isVisibleTo(s.get()));
+        QVERIFY(s->timeButton->isHidden() && s->keyboardButton->isHidden());
+        QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
+
+        // An entry's click reaches startApp: slashes turn, parameters stay. A launcher button numbered
+        // like a menu entry starts the entry. The clock's editor starts with nothing set.
         direct->trigger();
         ping->trigger();
-        QCOMPARE(starts(*m), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t")}));
+        emit s->findChildren<MyButton *>().at(0)->mButtonClicked(1000);
+        s->taskManagerButton->click();
+        s->shotButton->click();
+        s->startTimeEditor();
+        s->noAdapterButton->click();
+        QCOMPARE(m->journalOf("start"), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t"),
+                                                     startLine("menu.exe", ""), startLine("tm.exe", ""), startLine("shot.exe", ""),
+                                                     startLine("", ""), startLine("IPcfg.exe", "")}));
+
+        // With the panel at the foot the menu opens above it, 2 pixels clear; its modal run ends.
+        s->show();
+        s->move(0, screenHeight - 64);
+        QRect seen;
+        closeMenuWhenShown(s->mainMenu, [&] { seen = s->mainMenu->geometry(); });
+        s->startButton->menuRunning = true;
+        s->openMenu();
+        QCOMPARE(seen.height(), s->mainMenu->sizeHint().height());
+        QCOMPARE(seen.bottom() + 1 + 2, s->y());
+        QVERIFY(!s->startButton->menuRunning);
     }
 
-    void startAppRecords()
+    // The start queue's paths and log lines, each program once, none in a second instance; then
+    // startApp by id: "#mapdrive" rewritten for good, no path no start, the first of two ids.
+    void startQueueAndRecords()
     {
+        auto s = shell("toRun=Net%1.EXE|-x\ntoRun=my.exe.bak|\n");
+        s->runTaskList();
+        QCOMPARE(m->journalOf("start"), QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
+                                                     startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
+        QVERIFY(toRunList.isEmpty());
+        // A log line a start with the last error (neither is on the medium); "%1" stays as written.
+        QCOMPARE(m->read("drives/X/init.log"), QByteArray("run x:\\program files\\kelpie\\Net%1.EXE.exe=2\r\n"
+                                                      "run x:\\program files\\kelpie\\my.exe.bak=2\r\n"));
+        s->runTaskList();
+        QCOMPARE(m->journalOf("start").size(), 2);
+
+        toRunList = {{QStringLiteral("a"), QString()}};
+        secondInstance = true;
+        s->runTaskList();
+        QCOMPARE(m->journalOf("start").size(), 2);
+        // An init.log that cannot be written costs its line, not the start.
+        QVERIFY(QFile::remove(m->folder() + "/drives/X/init.log") && QDir(m->folder()).mkpath("drives/X/init.log"));
+        secondInstance = false;
+        s->runTaskList();
+        QCOMPARE(m->journalOf("start").size(), 3);
+
         const QString longPath = QStringLiteral("C:/") + QString(297, QLatin1Char('p'));
         const QString longParams = QString(300, QLatin1Char('q'));
-        auto s = shell(QByteArray());
         s->appList = {{1, QStringLiteral("#mapdrive"), QStringLiteral("/x")},
                       {2, QString(), QStringLiteral("-a")},
                       {3, longPath, longParams},
@@ -270,82 +260,16 @@ private slots:
         for (int id : {1, 1, 2, 42, 3})
             s->startApp(id);
         QCOMPARE(s->appList[0].path, QStringLiteral("mapDrive.exe"));
-        QCOMPARE(starts(*m), QStringList({startLine("mapDrive.exe", "/x"), startLine("mapDrive.exe", "/x"),
-                                          startLine(QString(longPath).replace('/', '\\'), longParams)}));
+        QCOMPARE(m->journalOf("start").mid(3), QStringList({startLine("mapDrive.exe", "/x"), startLine("mapDrive.exe", "/x"),
+                                                            startLine(QString(longPath).replace('/', '\\'), longParams)}));
     }
 
-    void menuItemShadowsLauncherButton()
+    // The button under the pointer grows most, its neighbours a little, the rest not at all; a
+    // press grows it once more, and a release anywhere starts its program.
+    void hoverChainAndPress()
     {
-        auto s = shell("menuItem=0|1000|Menu|i.png|menu.exe||\nmorvaneItem=n.png|r.png|a.png|Tip|button.exe|-b\n");
-        const QList<MyButton *> buttons = s->findChildren<MyButton *>();
-        QCOMPARE(buttons.size(), 1);
-        emit buttons[0]->mButtonClicked(1000);
-        QCOMPARE(starts(*m), QStringList({startLine("menu.exe", "")}));
-    }
-
-    void runTaskListQueue()
-    {
-        auto s = shell("toRun=Net%1.EXE|-x\ntoRun=my.exe.bak|\n");
-        s->runTaskList();
-        QCOMPARE(starts(*m), QStringList({startLine("x:\\program files\\kelpie\\Net%1.EXE.exe", "-x"),
-                                          startLine("x:\\program files\\kelpie\\my.exe.bak", "")}));
-        QVERIFY(toRunList.isEmpty());
-        // One log line a start, with the last error: neither program is on the medium. A "%1"
-        // in the name stays as written.
-        QCOMPARE(m->read("drives/X/init.log"), QByteArray("run x:\\program files\\kelpie\\Net%1.EXE.exe=2\r\n"
-                                                      "run x:\\program files\\kelpie\\my.exe.bak=2\r\n"));
-        s->runTaskList();
-        QCOMPARE(starts(*m).size(), 2);
-
-        toRunList = {{QStringLiteral("a"), QString()}};
-        secondInstance = true;
-        s->runTaskList();
-        QCOMPARE(starts(*m).size(), 2);
-    }
-
-    void fixedButtonsFromFile()
-    {
-        auto s = shell("fixedB3=t.png|Tasks|tm.exe\nfixedB5=s.png|Shot|shot.exe\n");
-        QVERIFY(s->taskManagerButton->isVisibleTo(s.get()) && s->shotButton->isVisibleTo(s.get()));
-        QVERIFY(s->timeButton->isHidden() && s->keyboardButton->isHidden());
-        QCOMPARE(s->taskManagerButton->toolTip(), QStringLiteral("Tasks"));
-        QVERIFY(s->explorerButton->toolTip().contains(QLatin1String("Explore My Computer")));
-        s->taskManagerButton->click();
-        s->shotButton->click();
-        s->startTimeEditor();   // reachable from the clock with nothing set
-        s->noAdapterButton->click();
-        QCOMPARE(starts(*m), QStringList({startLine("tm.exe", ""), startLine("shot.exe", ""),
-                                          startLine("", ""), startLine("IPcfg.exe", "")}));
-    }
-
-    void menuOpensAboveWhenTooTall()
-    {
-        QByteArray cfg;
-        for (int i = 0; i < 8; ++i)
-            cfg += QByteArray("menuItem=0|") + QByteArray::number(i + 1) + "|Entry|i.png|e.exe||\n";
-        auto s = shell(cfg);
-        s->show();
-        s->move(0, screenHeight - 64);
-        const int h = s->mainMenu->sizeHint().height();
-        QVERIFY2(screenHeight - s->y() < h + 66, "the menu must not fit below the panel's top");
-        QRect seen;
-        closeMenuWhenShown(s->mainMenu, [&] { seen = s->mainMenu->geometry(); });
-        s->startButton->menuRunning = true;
-        s->openMenu();
-        QCOMPARE(seen.height(), h);
-        QCOMPARE(seen.bottom() + 1 + 2, s->y());
-        QVERIFY(!s->startButton->menuRunning);
-
-        s->move(0, 0);
-        closeMenuWhenShown(s->mainMenu, [&] { seen = s->mainMenu->geometry(); });
-        s->openMenu();
-        QCOMPARE(seen.top(), 66);
-    }
-
-    // The button under the pointer grows most, its neighbours a little, the rest not at all.
-    void hoverChain()
-    {
-        auto s = shell("morvaneItem=a|b|c|t0|p0|\nmorvaneItem=a|b|c|t1|p1|\nmorvaneItem=a|b|c|t2|p2|\nmorvaneItem=a|b|c|t3|p3|\n");
+        displayHeight = 600;
+        auto s = shell("morvaneItem=a|b|c|t0|p0|\nmorvaneItem=a|b|c|t1|p1|\nmorvaneItem=a|b|c|t2|p2|-z\nmorvaneItem=a|b|c|t3|p3|\n");
         QList<MyButton *> b = s->findChildren<MyButton *>();
         std::sort(b.begin(), b.end(), [](MyButton *x, MyButton *y) { return x->id < y->id; });
         QCOMPARE(b.size(), 4);
@@ -358,32 +282,24 @@ private slots:
             for (int i = 0; i < 4; ++i)
                 QCOMPARE(b[i]->geometry(), look(i, sizes + i));
         };
-        sendPlain(b[1], QEvent::Enter);
+        send(b[1], QEvent::Enter);
         expect("nhnr");
         QVERIFY(b[1]->hovered);
-        sendPlain(b[1], QEvent::Leave);
+        send(b[1], QEvent::Leave);
         expect("rrrr");
-        sendPlain(b[2], QEvent::Enter);
+        send(b[2], QEvent::Enter);
         expect("rnhn");
-    }
-
-    void pressThenReleaseElsewhereStarts()
-    {
-        displayHeight = 600;
-        auto s = shell("morvaneItem=a|b|c|t|far.exe|-z\n");
-        MyButton *b = s->findChildren<MyButton *>().at(0);
-        const QPoint restPos = b->pos();
-        sendMouse(b, QEvent::MouseButtonPress, QPoint(5, 6));
-        QCOMPARE(b->geometry(), QRect(restPos + QPoint(-15, -31), QSize(50, 56)));
-        QCOMPARE(dragOffset, QPoint(b->x() + 5, 600 - 90 + 6));
-        sendMouse(b, QEvent::MouseButtonRelease, QPoint(500, 400));
-        QCOMPARE(b->geometry(), QRect(restPos + QPoint(-14, -30), QSize(48, 54)));
-        QCOMPARE(starts(*m), QStringList({startLine("far.exe", "-z")}));
+        send(b[2], QEvent::MouseButtonPress, QPoint(5, 6));
+        QCOMPARE(b[2]->geometry(), QRect(look(2, "r").topLeft() + QPoint(-15, -31), QSize(50, 56)));
+        QCOMPARE(dragOffset, QPoint(b[2]->x() + 5, 600 - 90 + 6));
+        send(b[2], QEvent::MouseButtonRelease, QPoint(500, 400));
+        QCOMPARE(b[2]->geometry(), look(2, "h"));
+        QCOMPARE(m->journalOf("start"), QStringList({startLine("p2", "-z")}));
     }
 
     // Open at first; a press closes it (hover), the pointer leaving rests it, entering hovers it,
     // a press opens it, and open it stays pressed when the pointer leaves.
-    void startButtonStates()
+    void startButtonStatesAndPulse()
     {
         mainButton b;
         QSignalSpy open(&b, &mainButton::needOpenMenu);
@@ -392,27 +308,18 @@ private slots:
         QString states = look();
         for (QEvent::Type t : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::Leave, QEvent::Enter,
                                QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::Leave}) {
-            if (t == QEvent::Leave || t == QEvent::Enter)
-                sendPlain(&b, t);
-            else
-                sendMouse(&b, t, QPoint(10, 10));
+            send(&b, t);
             states += look();
         }
         QCOMPARE(states, QString("2o11012o2o2o"));
         QVERIFY(b.menuRunning);
         QCOMPARE(close.count() + 10 * open.count(), 11);
-    }
 
-    void rainbowPulse()
-    {
-        mainButton b;
-        QList<int> states;
-        for (int i = 0; i < 11; ++i)
-            states.append((b.rainbowStep(), b.state));
-        QCOMPARE(states, QList<int>({0, 5, 6, 7, 8, 9, 8, 7, 6, 5, 0}));
-        QCOMPARE(b.rainbowTimer->interval(), 100);
-        for (int i = 0; i < 11; ++i)
-            b.rainbowStep();
+        // The pulse: up and down once, a short pause, then after the next round a long one.
+        QList<int> pulse;
+        for (int i = 0; i < 22; ++i)
+            pulse.append((b.rainbowStep(), b.state));
+        QCOMPARE(pulse.mid(0, 11), QList<int>({0, 5, 6, 7, 8, 9, 8, 7, 6, 5, 0}));
         QCOMPARE(b.rainbowTimer->interval(), 10000);
     }
 };

@@ -1,5 +1,4 @@
-// The network subsystem: the start-up log and the report parser, the comparison, the bring-up
-// logs, the adapter inventory and its report, and the two bring-up stages of the panel.
+// The network subsystem: readers, comparison, inventory, reports and buttons, bring-up stages.
 
 #include "testmachine.h"
 #include "testmain.h"
@@ -8,37 +7,25 @@
 #include "desktop/dektopwidget.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
-#include "network/bringuplog.h"
-#include "network/ip_settings.h"
 #include "network/static_ip_dlg.h"
 #include "network/netcondition.h"
 
-#include <QLabel>
 #include <QToolButton>
 
 Q_DECLARE_METATYPE(NetworkCondition)
 
 namespace {
 
-NetworkCondition condition(int network, int firewall, int dhcp, const char *ip = "",
-                           const char *mask = "", const char *dns = "", const char *gateway = "")
+NetworkCondition condition(int network, int firewall, int dhcp, const QString &ip = {},
+                           const QString &mask = {}, const QString &dns = {}, const QString &gateway = {})
 {
-    NetworkCondition c;
-    c.network = network;
-    c.firewall = firewall;
-    c.dhcp = dhcp;
-    c.ipAdd = QLatin1String(ip);
-    c.ipMask = QLatin1String(mask);
-    c.ipDNS = QLatin1String(dns);
-    c.ipGateway = QLatin1String(gateway);
-    return c;
+    return {network, firewall, dhcp, ip, mask, dns, gateway, {}};
 }
 
 QString describe(const NetworkCondition &c)
 {
-    return QStringLiteral("network=%1 firewall=%2 dhcp=%3 ip=%4 mask=%5 dns=%6 gw=%7 boot=%8")
-        .arg(c.network).arg(c.firewall).arg(c.dhcp).arg(c.ipAdd, c.ipMask, c.ipDNS, c.ipGateway,
-                                                          c.bootLetter);
+    return QStringLiteral("network=%1 firewall=%2 dhcp=%3 ").arg(c.network).arg(c.firewall).arg(c.dhcp)
+        + QStringList{c.ipAdd, c.ipMask, c.ipDNS, c.ipGateway, c.bootLetter}.join('|');
 }
 
 const char staticStart[] = "start\topen\tx:/program files/kelpie/start_ip.cmd\t\t1";
@@ -46,45 +33,25 @@ const char mapStart[] = "start\topen\tx:/map_network.cmd\t\t1";
 const char toolStart[] = "start\topen\tx:\\program files\\kelpie\\tool.exe\t-q\t1";
 const QByteArray mapOk = "1.write=x:/map_network.log\n1.text=The command completed successfully.";
 
-// A medium with the mapping script, the static one unless its leaves are "-", one program to
-// start, and what the scripts leave behind.
+// A medium with both scripts (no static one for leaves "-"), what they leave, a program to start.
 struct Medium : TestMachine {
     explicit Medium(const QByteArray &staticLeaves, const QByteArray &mapLeaves = mapOk)
     {
-        config("toRun=tool|-q\n");
-        if (staticLeaves != "-") {
-            file("X:/Program Files/kelpie/start_ip.cmd", "@echo off\r\n");
-            facts("start.start_ip.cmd", staticLeaves);
-        }
-        file("X:/map_network.cmd", "@echo off\r\n");
+        config("toRun=tool|-q\n").file("X:/map_network.cmd", "@echo off\r\n");
         facts("start.map_network.cmd", mapLeaves);
+        if (staticLeaves != "-")
+            file("X:/Program Files/kelpie/start_ip.cmd", "x").facts("start.start_ip.cmd", staticLeaves);
     }
     int count(const char *line) const { return journal().count(QLatin1String(line)); }
 };
 
-// The panel with the start-up chain held back, on a fresh set of globals.
-std::unique_ptr<my_shell1> shellOf(bool second = false)
-{
-    resetGlobals();
-    secondInstance = second;
-    return makeShell();
-}
-
-// The stages as the timers would run them, one call a second; each entry of the trace is
-// "<stage>:<attempt>/<seconds>" after a tick.
+// The stages as their timers run them, one call a second, traced "<stage>:<attempt>/<seconds>".
 QStringList runStages(my_shell1 &shell)
 {
-    QStringList trace;
-    while (trace.size() < 100) {
-        const bool first = shell.staticIpTimer->isActive();
-        const bool second = shell.mapNetworkTimer->isActive();
-        if (first == second) {
-            if (first)
-                trace << "both timers run";
-            break;
-        }
+    QStringList trace;   // ends at once should both timers run
+    while (trace.size() < 100 && shell.staticIpTimer->isActive() != shell.mapNetworkTimer->isActive()) {
         const int stage = shell.bringUpStage;
-        if (first)
+        if (shell.staticIpTimer->isActive())
             shell.checkStaticIP();
         else
             shell.checkMapNetwork();
@@ -94,46 +61,35 @@ QStringList runStages(my_shell1 &shell)
     return trace;
 }
 
-int ticksOf(const QStringList &trace, int stage)
-{
-    return trace.filter(QRegularExpression(QStringLiteral("^%1:").arg(stage))).size();
-}
-
 } // namespace
 
 class NetworkTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void init() { resetGlobals(); }
+
+    // Every field starts stale; "-": no log at all.
     void startLog_data()
     {
-        QTest::addColumn<QByteArray>("log");   // "-" : no log at all
+        QTest::addColumn<QByteArray>("log");
         QTest::addColumn<NetworkCondition>("expected");
-
-        NetworkCondition full = condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
-        full.bootLetter = QStringLiteral("E");
-        QTest::newRow("missing log: dhcp set, the rest off") << QByteArray("-") << condition(0, 0, 1);
+        const NetworkCondition full{1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254", "E"};
+        const QByteArray head(int(netread::maxLineBytes) - 7, '7');   // 1 MiB less "ipAdd=" and one
+        QTest::newRow("missing: dhcp set, the rest off") << QByteArray("-") << condition(0, 0, 1);
         QTest::newRow("every key, CRLF")
-            << QByteArray("bootLetter=E\r\nnetwork=1\r\nfirewall=1\r\nipAdd=10.0.0.5\r\n"
-                          "ipMask=255.0.0.0\r\nipDNS=10.0.0.1\r\nipGateway=10.0.0.254\r\n")
-            << full;
-        QTest::newRow("ipMask alone keeps dhcp")
-            << QByteArray("network=1\nipMask=255.0.0.0\n") << condition(1, 0, 1, "", "255.0.0.0");
-        QTest::newRow("an empty ipAdd still clears dhcp")
-            << QByteArray("ipAdd=\n") << condition(0, 0, 0);
+            << QByteArray("bootLetter=E\r\nnetwork=1\r\nfirewall=1\r\nipAdd=10.0.0.5\r\nipMask=255.0.0.0\r\n"
+                          "ipDNS=10.0.0.1\r\nipGateway=10.0.0.254\r\n") << full;
+        QTest::newRow("non-numbers give 0, ipMask alone keeps dhcp")
+            << QByteArray("network=yes\nfirewall=1x\nipMask=1.0.0.0\n") << condition(0, 0, 1, "", "1.0.0.0");
         QTest::newRow("later line wins, last line without line end")
-            << QByteArray("network=1\nnetwork=0\nipAdd=1.1.1.1\nipAdd=2.2.2.2")
-            << condition(0, 0, 0, "2.2.2.2");
-        QTest::newRow("non-numbers give 0")
-            << QByteArray("network=yes\nfirewall=1x\n") << condition(0, 0, 1);
+            << QByteArray("network=1\nnetwork=0\nipAdd=1.1.1.1\nipAdd=2.2") << condition(0, 0, 0, "2.2");
         QTest::newRow("keys only at column 0, case counting")
-            << QByteArray(" network=1\nNetwork=1\nIPADD=1.2.3.4\n# ipAdd=5.6.7.8\n")
-            << condition(0, 0, 1);
+            << QByteArray(" network=1\nNetwork=1\nIPADD=1.2.3.4\n# ipAdd=5.6.7.8\n") << condition(0, 0, 1);
         QTest::newRow("binary and stray CRs")
             << QByteArray("\x00\xff\xfe\x01garbage\n\rnetwork=\r1\r\n", 24) << condition(1, 0, 1);
-        const QByteArray head(int(netread::maxLineBytes) - 7, '7');   // a line's first 1 MiB, less "ipAdd=" and one
         QTest::newRow("an overlong line keeps its head; the next line is read")
-            << "ipAdd=" + head + head + "\nnetwork=1" << condition(1, 0, 0, head.constData());
+            << "ipAdd=" + head + head + "\nnetwork=1" << condition(1, 0, 0, head);
     }
 
     void startLog()
@@ -143,35 +99,8 @@ private slots:
         TestMachine m;
         if (log != "-")
             m.write("drives/X/tmpReg/startNetwork.log", log);
-        NetworkCondition got = condition(7, 7, 7, "stale", "stale", "stale", "stale");
-        got.bootLetter = QStringLiteral("Q");
+        NetworkCondition got{7, 7, 7, "stale", "stale", "stale", "stale", "Q"};
         readStartNetwork(got);
-        QCOMPARE(describe(got), describe(expected));
-    }
-
-    void reportParser_data()
-    {
-        QTest::addColumn<QString>("report");
-        QTest::addColumn<NetworkCondition>("expected");
-
-        QTest::newRow("missing lines leave the cleared fields")
-            << QStringLiteral("No Adapter") << condition(0, 0, 0);
-        QTest::newRow("empty gateway, status other than the two words")
-            << QStringLiteral("Operation status: Whatever\nDefault Gateway: \nFirewall: on")
-            << condition(1, 0, 0);
-        QTest::newRow("prefix away from column 0 or in another case")
-            << QStringLiteral(" IP Address: 1.2.3.4\nip address: 1.2.3.4\nFirewall: On\n")
-            << condition(0, 1, 0);
-        QTest::newRow("the character after the colon goes whatever it is")
-            << QStringLiteral("IP Address:x1.2.3.4\nSubnet Mask:") << condition(0, 0, 0, "1.2.3.4");
-    }
-
-    void reportParser()
-    {
-        QFETCH(QString, report);
-        QFETCH(NetworkCondition, expected);
-        NetworkCondition got;
-        parseAdapterReport(report, got);
         QCOMPARE(describe(got), describe(expected));
     }
 
@@ -180,21 +109,15 @@ private slots:
         QTest::addColumn<NetworkCondition>("a");
         QTest::addColumn<NetworkCondition>("b");
         QTest::addColumn<bool>("expected");
-
         const NetworkCondition dhcp = condition(1, 0, 1);
         const NetworkCondition fixed = condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254");
-        QTest::newRow("same") << fixed << fixed << false;
-        QTest::newRow("connection differs") << dhcp << condition(0, 0, 1) << true;
         QTest::newRow("dhcp differs") << dhcp << condition(1, 0, 0) << true;
         QTest::newRow("dhcp: firewall counts") << dhcp << condition(1, 1, 1) << true;
-        QTest::newRow("dhcp: addresses do not count")
-            << dhcp << condition(1, 0, 1, "1.1.1.1", "2.2.2.2", "3.3.3.3", "4.4.4.4") << false;
+        QTest::newRow("dhcp: addresses do not count") << dhcp << condition(1, 0, 1, "1.1", "2.2") << false;
         QTest::newRow("static: firewall does not count")
             << fixed << condition(1, 1, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "10.0.0.254") << false;
         QTest::newRow("static: gateway counts")
-            << fixed << condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1", "") << true;
-        QTest::newRow("static: mask counts")
-            << fixed << condition(1, 0, 0, "10.0.0.5", "255.255.0.0", "10.0.0.1", "10.0.0.254") << true;
+            << fixed << condition(1, 0, 0, "10.0.0.5", "255.0.0.0", "10.0.0.1") << true;
     }
 
     void changed()
@@ -206,74 +129,35 @@ private slots:
         QCOMPARE(networkChanged(b, a), expected);
     }
 
-    void bringUpLogs_data()
-    {
-        QTest::addColumn<QByteArray>("log");   // "-" : no log
-        QTest::addColumn<bool>("staticOk");
-        QTest::addColumn<bool>("mapOk");
-
-        const QByteArray done = "The command completed successfully.";
-        QTest::newRow("missing") << QByteArray("-") << false << false;
-        QTest::newRow("empty") << QByteArray("") << true << false;
-        QTest::newRow("one line among empty ones") << QByteArray("\r\n\r\nIP set\r\n\r\n\n") << true << false;
-        QTest::newRow("only line ends and CRs") << QByteArray("\r\r\n\n\r") << true << false;
-        QTest::newRow("two lines: the script complained") << QByteArray("a\nb") << false << false;
-        QTest::newRow("success line among errors")
-            << QByteArray("System error 53 has occurred.\r\n" + done + "\r\nSystem error 5\r\n")
-            << false << true;
-        QTest::newRow("success text inside a longer line") << QByteArray("> " + done + " <") << true << true;
-        QTest::newRow("lower-case success text does not count")
-            << done.toLower() << true << false;
-    }
-
-    void bringUpLogs()
-    {
-        QFETCH(QByteArray, log);
-        QFETCH(bool, staticOk);
-        QFETCH(bool, mapOk);
-        TestMachine m;
-        if (log != "-")
-            m.write("drives/X/the.log", log);
-        QCOMPARE(bringup::staticIpSucceeded(QStringLiteral("x:/THE.log")), staticOk);
-        QCOMPARE(bringup::mapNetworkSucceeded(QStringLiteral("x:/the.LOG")), mapOk);
-    }
-
-    // ---- adapter inventory ----
-
     void inventory_data()
     {
-        QTest::addColumn<QByteArrayList>("descriptions");   // device n is adapter n, from 1
-        QTest::addColumn<QByteArrayList>("edit");           // text replaced in machine.ini and registry.reg
-        QTest::addColumn<QStringList>("expected");          // "index description adapter-number"
-        QTest::addColumn<int>("count");
-
-        const QByteArray guid1 = TestMachine::adapterGuid(1);
+        using Bytes = QByteArrayList;
+        QTest::addColumn<Bytes>("descriptions");     // device n is adapter n, from 1
+        QTest::addColumn<Bytes>("edit");             // text replaced in machine.ini and registry.reg
+        QTest::addColumn<QStringList>("expected");   // "index description adapter-number"
+        const QByteArray guid1 = TestMachine::adapterGuid(1), guid2 = TestMachine::adapterGuid(2);
+        const Bytes one{"A"};
+        const QStringList onlyA{"0 A 1"};
         QTest::newRow("debug in any case is hidden, indexes keep their gaps")
-            << QByteArrayList{"A", "Kernel DeBuG Adapter", "C"} << QByteArrayList{} << QStringList{"0 A 1", "2 C 3"} << 2;
+            << Bytes{"A", "Kernel DeBuG Adapter", "C"} << Bytes{} << QStringList{"0 A 1", "2 C 3"};
         QTest::newRow("two identical cards: both entries land on the first, the later winning")
-            << QByteArrayList{"A", "B"} << QByteArrayList{"DEV_2", "DEV_1"} << QStringList{"0 A 2"} << 1;
+            << Bytes{"A", "B"} << Bytes{"DEV_2", "DEV_1"} << QStringList{"0 A 2"};
         QTest::newRow("a missing Interfaces key still counts")
-            << QByteArrayList{"A"} << QByteArrayList{"Interfaces\\" + guid1, "Elsewhere"} << QStringList{"0 A 1"} << 1;
-        QTest::newRow("no key under Adapters: dropped") << QByteArrayList{"A", "B"}
-            << QByteArrayList{"Adapters\\" + TestMachine::adapterGuid(2), "Elsewhere"} << QStringList{"0 A 1"} << 1;
-        QTest::newRow("six adapters: five counted, six listed")
-            << QByteArrayList{"A", "B", "C", "D", "E", "F"} << QByteArrayList{}
-            << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"} << 5;
-        QTest::newRow("no NET device") << QByteArrayList{"A"} << QByteArrayList{"class=Net", "class=System"}
-                                       << QStringList{} << 0;
-        QTest::newRow("class compared in upper case") << QByteArrayList{"A"} << QByteArrayList{"class=Net", "class=net"}
-                                                      << QStringList{"0 A 1"} << 1;
-        QTest::newRow("walk fails") << QByteArrayList{"A"}
-            << QByteArrayList{"[device.1]", "[network]\ndeviceWalkError=13\n[device.1]"} << QStringList{} << 0;
-        QTest::newRow("no class key: the walk's adapters stay, unjoined and unfiltered") << QByteArrayList{"A", "debug"}
-            << QByteArrayList{"Control\\Class", "Control\\Gone"} << QStringList{"0 A 0", "1 debug 0"} << 2;
-        QTest::newRow("a class subkey name of 2047 characters is read") << QByteArrayList{"A"}
-            << QByteArrayList{"\\0001]", "\\" + QByteArray(2047, 'k') + "]"} << QStringList{"0 A 1"} << 1;
-        QTest::newRow("a class subkey name of 2048 characters is skipped") << QByteArrayList{"A"}
-            << QByteArrayList{"\\0001]", "\\" + QByteArray(2048, 'k') + "]"} << QStringList{} << 0;
-        QTest::newRow("NetCfgInstanceId of the wrong type") << QByteArrayList{"A"}
-            << QByteArrayList{"\"NetCfgInstanceId\"=\"" + guid1 + "\"", "\"NetCfgInstanceId\"=dword:00000001"}
-            << QStringList{} << 0;
+            << one << Bytes{"Interfaces\\" + guid1, "Elsewhere"} << onlyA;
+        QTest::newRow("no key under Adapters: dropped")
+            << Bytes{"A", "B"} << Bytes{"Adapters\\" + guid2, "Elsewhere"} << onlyA;
+        QTest::newRow("six adapters: five counted, six listed") << Bytes{"A", "B", "C", "D", "E", "F"}
+            << Bytes{} << QStringList{"0 A 1", "1 B 2", "2 C 3", "3 D 4", "4 E 5", "5 F 6"};
+        QTest::newRow("no NET device") << one << Bytes{"class=Net", "class=System"} << QStringList{};
+        QTest::newRow("class compared in upper case") << one << Bytes{"class=Net", "class=net"} << onlyA;
+        QTest::newRow("no class key: the walk's adapters stay unjoined and unfiltered") << Bytes{"A", "debug"}
+            << Bytes{"Control\\Class", "Control\\Gone"} << QStringList{"0 A 0", "1 debug 0"};
+        QTest::newRow("a class subkey name of 2047 characters is read")
+            << one << Bytes{"\\0001]", "\\" + QByteArray(2047, 'k') + "]"} << onlyA;
+        QTest::newRow("a class subkey name of 2048 characters is skipped")
+            << one << Bytes{"\\0001]", "\\" + QByteArray(2048, 'k') + "]"} << QStringList{};
+        QTest::newRow("NetCfgInstanceId of the wrong type")
+            << one << Bytes{'"' + guid1 + '"', "dword:00000001"} << QStringList{};
     }
 
     void inventory()
@@ -281,7 +165,6 @@ private slots:
         QFETCH(QByteArrayList, descriptions);
         QFETCH(QByteArrayList, edit);
         QFETCH(QStringList, expected);
-        QFETCH(int, count);
         TestMachine m;
         for (int n = 1; n <= descriptions.size(); ++n)
             m.addAdapter(n, descriptions[n - 1]);
@@ -290,7 +173,6 @@ private slots:
             m.netReg.replace(edit[0], edit[1]);
         }
         m.writeNetwork();
-
         ip_settings net;
         net.refreshAdapters();
         QStringList got;
@@ -300,60 +182,21 @@ private slots:
             QCOMPARE(a.connectionName, number ? QStringLiteral("Net %1").arg(number) : QString());
         }
         QCOMPARE(got, expected);
-        QCOMPARE(net.getAdapterCount(), count);
+        QCOMPARE(net.getAdapterCount(), qMin(expected.size(), 5));
     }
 
-    void nameServer_data()
-    {
-        QTest::addColumn<QByteArray>("value");   // as registry.reg writes it
-        QTest::addColumn<QStringList>("dns");
-
-        const QByteArray fits(259, '1');   // 518 bytes and the terminator: the whole 520-byte buffer
-        QTest::newRow("none: the machine-wide servers")
-            << QByteArray() << QStringList{"10.0.0.1", "10.0.0.2"};
-        QTest::newRow("two addresses replace them")
-            << QByteArray("\"1.1.1.1,2.2.2.2\"") << QStringList{"1.1.1.1", "2.2.2.2"};
-        QTest::newRow("empty parts and bad addresses stay as null addresses")
-            << QByteArray("\"1.1.1.1,,x\"") << QStringList{"1.1.1.1", "", ""};
-        QTest::newRow("an empty value is no static DNS")
-            << QByteArray("\"\"") << QStringList{"10.0.0.1", "10.0.0.2"};
-        QTest::newRow("filling the 520-byte buffer exactly is read")
-            << "\"" + fits + "\"" << QStringList{""};
-        QTest::newRow("one character more does not fit: no read")
-            << "\"" + fits + "1\"" << QStringList{"10.0.0.1", "10.0.0.2"};
-        QTest::newRow("a DWORD is no name server")
-            << QByteArray("dword:01010101") << QStringList{"10.0.0.1", "10.0.0.2"};
-    }
-
-    void nameServer()
-    {
-        QFETCH(QByteArray, value);
-        QFETCH(QStringList, dns);
-        TestMachine m;
-        const QString guid = m.addAdapter(1, "Card");
-        const QByteArray extraReg = value.isEmpty() ? QByteArray()
-            : "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\Parameters\\Interfaces\\"
-                + guid.toLatin1() + "]\n\"NameServer\"=" + value + "\n";
-        m.writeNetwork("[network]\ndnsServers=10.0.0.1,10.0.0.2\n", extraReg);
-        ip_settings net;
-        net.refreshAdapters();
-        QCOMPARE(net.adapters.size(), 1);
-        net.getAdapterStatus(0);
-        QStringList got;
-        for (const QHostAddress &h : net.adapters[0].dnsServers)
-            got << h.toString();
-        QCOMPARE(got, dns);
-    }
-
+    // Each report is read back by the parser: what it takes must be the facts (missing lines leave
+    // cleared fields), never the DHCP server.
     void reportLines_data()
     {
         QTest::addColumn<QByteArray>("ipHelper");
-        QTest::addColumn<QByteArray>("machine");
+        QTest::addColumn<QByteArray>("machine");   // facts, then registry keys from "[HKEY_" on
         QTest::addColumn<QString>("report");
-        QTest::addColumn<NetworkCondition>("readBack");   // what the parser takes back, never the DHCP server
-
+        QTest::addColumn<NetworkCondition>("readBack");
         const QString head = "Card\nMAC Address: 00-15-5D-4A-01-0B\nOperation status: Connected\n"
                              "Network Connection: Net 1\n";
+        const QString tail = "DNS Server: 10.0.0.1\nFirewall: Off";
+        const QByteArray mac = "mac=00-15-5D-4A-01-0B\n";
         QTest::newRow("static address")
             << QByteArray("address=192.168.1.50/255.255.255.0,10.0.0.9/255.0.0.0\ngateway=192.168.1.1\n"
                           "mac=00:15:5d:4a:01:0b\n")
@@ -361,32 +204,38 @@ private slots:
             << head + "DHCP Enabled: No\nIP Address: 192.168.1.50\nSubnet Mask: 255.255.255.0\n"
                       "Default Gateway: 192.168.1.1\nDNS Server: 10.0.0.1\nFirewall: On"
             << condition(1, 1, 0, "192.168.1.50", "255.255.255.0", "10.0.0.1", "192.168.1.1");
-        QTest::newRow("DHCP with its server")
-            << QByteArray("address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\nmac=00-15-5D-4A-01-0B\n")
-            << QByteArray()
-            << head + "DHCP Enabled: Yes\nDHCP Server: 10.1.1.1\nIP Address: 10.1.1.5\n"
-                      "Subnet Mask: 255.255.0.0\nDefault Gateway: \nDNS Server: 10.0.0.1\nFirewall: Off"
+        QTest::newRow("DHCP server") << "address=10.1.1.5/255.255.0.0\ndhcp=1\ndhcpServer=10.1.1.1\n" + mac
+            << QByteArray() << head + "DHCP Enabled: Yes\nDHCP Server: 10.1.1.1\nIP Address: 10.1.1.5\n"
+                                      "Subnet Mask: 255.255.0.0\nDefault Gateway: \n" + tail
             << condition(1, 0, 1, "10.1.1.5", "255.255.0.0", "10.0.0.1");
-        QTest::newRow("DHCP enabled with no entry: No, and no address lines")
-            << QByteArray("listed=0\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
-            << head + "DHCP Enabled: No\nDNS Server: 10.0.0.1\nFirewall: Off"
-            << condition(1, 0, 0, "", "", "10.0.0.1");
+        const QByteArray unlisted = "listed=0\n" + mac;
+        QTest::newRow("DHCP enabled with no entry: No, and no address lines") << unlisted << QByteArray()
+            << head + "DHCP Enabled: No\n" + tail << condition(1, 0, 0, "", "", "10.0.0.1");
         QTest::newRow("GetIfEntry fails: no MAC, disconnected")
             << QByteArray("ifEntryError=31\naddress=10.1.1.5/255.0.0.0\n") << QByteArray()
             << "Card\nMAC Address: \nOperation status: Disconnected\nNetwork Connection: Net 1\n"
-               "DHCP Enabled: No\nIP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n"
-               "DNS Server: 10.0.0.1\nFirewall: Off"
+               "DHCP Enabled: No\nIP Address: 10.1.1.5\nSubnet Mask: 255.0.0.0\nDefault Gateway: \n" + tail
             << condition(0, 0, 0, "10.1.1.5", "255.0.0.0", "10.0.0.1");
         QTest::newRow("addresses that do not parse print as nothing")
-            << QByteArray("address=300.1.1.1/mask\ngateway=gw\nmac=00-15-5D-4A-01-0B\n") << QByteArray()
-            << head + "DHCP Enabled: No\nIP Address: \nSubnet Mask: \nDefault Gateway: \n"
-                      "DNS Server: 10.0.0.1\nFirewall: Off"
+            << "address=300.1.1.1/mask\ngateway=gw\n" + mac << QByteArray()
+            << head + "DHCP Enabled: No\nIP Address: \nSubnet Mask: \nDefault Gateway: \n" + tail
             << condition(1, 0, 0, "", "", "10.0.0.1");
-        QTest::newRow("firewall manager unavailable reads Off; IP Helper failing")
-            << QByteArray("mac=00-15-5D-4A-01-0B\n")
-            << QByteArray("[firewall]\nstate=unavailable\n[network]\nadaptersInfoError=122\n"
-                          "networkParamsError=8\n")
+        QTest::newRow("firewall manager unavailable reads Off; IP Helper failing") << mac
+            << QByteArray("[firewall]\nstate=unavailable\n"
+                          "[network]\nadaptersInfoError=122\nnetworkParamsError=8")
             << head + "DHCP Enabled: No\nFirewall: Off" << condition(1, 0, 0);
+        const QByteArray guid = TestMachine::adapterGuid(1);
+        const QByteArray nameServer = "[HKEY_LOCAL_MACHINE\\system\\CurrentControlSet\\Services\\Tcpip\\"
+                                      "Parameters\\Interfaces\\" + guid + "]\n\"NameServer\"=";
+        const QString nullDns = head + "DHCP Enabled: No\nDNS Server: \nFirewall: Off";
+        const QByteArray fits(259, '1');   // 518 bytes and the terminator: the whole 520-byte buffer
+        QTest::newRow("a name server replaces the machine's; an empty part stays as a null address")
+            << unlisted << nameServer + "\",1.1.1.1\"" << nullDns << condition(1, 0, 0);
+        QTest::newRow("a name server filling the 520-byte buffer exactly is read") << unlisted
+            << nameServer + '"' + fits + '"' << nullDns << condition(1, 0, 0);
+        QTest::newRow("one character more does not fit: the machine's servers") << unlisted
+            << nameServer + '"' + fits + "1\"" << head + "DHCP Enabled: No\n" + tail
+            << condition(1, 0, 0, "", "", "10.0.0.1");
     }
 
     void reportLines()
@@ -397,7 +246,9 @@ private slots:
         QFETCH(NetworkCondition, readBack);
         TestMachine m;
         m.addAdapter(1, "Card", ipHelper);
-        m.writeNetwork("[network]\ndnsServers=10.0.0.1\n" + machine);
+        const int keys = machine.indexOf("[HKEY_");
+        m.writeNetwork("[network]\ndnsServers=10.0.0.1\n" + (keys < 0 ? machine : machine.left(keys)),
+                       keys < 0 ? "" : machine.mid(keys));
         ip_settings net;
         QCOMPARE(net.getAdapterStatus(0), QStringLiteral("No Adapter"));
         net.refreshAdapters();
@@ -409,58 +260,35 @@ private slots:
         QCOMPARE(describe(got), describe(readBack));
     }
 
-    void liveFactsAndFirstGateway()
-    {
-        TestMachine m;
-        m.addAdapter(1, "Card", "address=10.1.1.5/255.0.0.0\ngateway=0.0.0.0\n");
-        ip_settings net;
-        net.refreshAdapters();
-        QVERIFY(net.getAdapterStatus(0).contains("\nDefault Gateway: \n"));
-
-        // DHCP delivers a gateway and the cable is pulled: the status follows, the gateway of the
-        // first report stays for the whole run.
-        m.netIni.replace("gateway=0.0.0.0", "gateway=10.1.1.1\nstatus=disconnected");
-        m.writeNetwork();
-        const QString later = net.getAdapterStatus(0);
-        QVERIFY(later.contains("Operation status: Disconnected\n"));
-        QVERIFY(later.contains("\nDefault Gateway: \n"));
-
-        // An adapter that arrives after the first enumeration is not picked up by the report.
-        m.addAdapter(2, "Late");
-        net.getAdapterStatus(0);
-        QCOMPARE(net.getAdapterCount(), 1);
-    }
-
-    // ---- the panel ----
-
+    // Three ticks only count; the fourth enumerates and makes the buttons, the fifth gives reports.
+    // Each report reads the facts afresh (a pulled cable), but the gateway stays the first report's.
     void adapterButtons()
     {
         TestMachine m;
         for (int n = 1; n <= 6; ++n)
-            m.addAdapter(n, "Card " + QByteArray::number(n), n == 2 ? "status=disconnected" : "");
-        auto shell = shellOf();
-        // Three ticks only count; the fourth enumerates and makes the buttons without reports.
+            m.addAdapter(n, "Card " + QByteArray::number(n), n == 1 ? "gateway=0.0.0.0" : "");
+        auto shell = makeShell();
         for (int tick = 1; tick <= 3; ++tick) {
             shell->getSystemCondition();
-            QVERIFY(shell->netButtons.isEmpty());
-            QVERIFY(!shell->noAdapterButton->isHidden());
+            QVERIFY(shell->netButtons.isEmpty() && !shell->noAdapterButton->isHidden());
         }
         shell->getSystemCondition();
-        QCOMPARE(shell->netButtons.size(), 5);
-        QVERIFY(shell->noAdapterButton->isHidden());
+        QVERIFY(shell->netButtons.size() == 5 && shell->noAdapterButton->isHidden());
         QCOMPARE(shell->netButtons[0]->toolTip(), QString());
         shell->getSystemCondition();
-        QCOMPARE(shell->netButtons.size(), 5);
         QVERIFY(shell->netButtons[0]->toolTip().startsWith("Card 1\nMAC Address: "));
-        QVERIFY(shell->netButtons[1]->toolTip().contains("Operation status: Disconnected"));
         QVERIFY(shell->netButtons[4]->toolTip().startsWith("Card 5\n"));
-
+        m.netIni.replace("gateway=0.0.0.0", "gateway=10.1.1.1\nstatus=disconnected");
+        m.writeNetwork();
+        shell->getSystemCondition();
+        QCOMPARE(shell->netButtons.size(), 5);
+        QVERIFY(shell->netButtons[0]->toolTip().contains("Operation status: Disconnected\n"));
+        QVERIFY(shell->netButtons[0]->toolTip().contains("\nDefault Gateway: \n"));
         shell->netButtons[3]->click();
         QVERIFY(m.journal().contains("start\topen\tIPcfg.exe\t\t1"));
     }
 
-    // Both stages driven tick by tick: the static address (five attempts of five seconds, the log
-    // read after each), then the mapping (three attempts), then the programs.
+    // The static address (five attempts of five seconds), the mapping (three), then the programs.
     void stages_data()
     {
         QTest::addColumn<QByteArray>("staticLeaves");   // [start.start_ip.cmd]; "-": no script
@@ -468,32 +296,26 @@ private slots:
         QTest::addColumn<QByteArray>("mapLeaves");      // [start.map_network.cmd]
         QTest::addColumn<bool>("second");               // a second instance of the shell
         QTest::addColumn<QList<int>>("expected");       // static starts, ticks; map starts, ticks
-
         const QByteArray ok = "1.write=x:/static_ip.log\n1.text=Ok.";
         const QByteArray bad = "*.write=x:/static_ip.log\n*.text=Setting the address\\nNo adapter\n";
         const QByteArray none = "-";
         QTest::newRow("static at once, mapping at once, then the programs")
             << ok << none << mapOk << false << QList<int>{1, 5, 1, 5};
-        QTest::newRow("static on attempt 3") << bad + "3.write=x:/static_ip.log\n3.text=Ok." << none << mapOk
-                                             << false << QList<int>{3, 15, 1, 5};
         QTest::newRow("every static attempt complains: 26 seconds")
             << bad << none << mapOk << false << QList<int>{5, 26, 1, 5};
-        QTest::newRow("a stale good log counts at once")
-            << QByteArray() << QByteArray("\r\nOk.\r\n\r\n") << mapOk << false << QList<int>{1, 5, 1, 5};
+        QTest::newRow("a stale log of one line among empty ones counts at once")
+            << QByteArray() << QByteArray("\r\nOk.\r\r\n\n") << mapOk << false << QList<int>{1, 5, 1, 5};
         QTest::newRow("log removed by the first run, written by the second")
-            << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.") << QByteArray("a\nb\n")
-            << mapOk << false << QList<int>{2, 10, 1, 5};
-        QTest::newRow("no static script: the mapping at once") << none << none << mapOk << false
-                                                                 << QList<int>{0, 0, 1, 5};
-        QTest::newRow("one map success line among errors, on attempt 2")
-            << none << none
-            << QByteArray("1.write=x:/map_network.log\n1.text=System error 53 has occurred.\n"
-                          "2.append=x:/map_network.log\n2.text=The command completed successfully.\\nSystem error 5")
+            << QByteArray("1.delete=x:/static_ip.log\n2.write=x:/static_ip.log\n2.text=Ok.")
+            << QByteArray("a\nb\n") << mapOk << false << QList<int>{2, 10, 1, 5};
+        QTest::newRow("a map success text inside a line among errors, on attempt 2") << none << none
+            << QByteArray("1.write=x:/map_network.log\n1.text=System error 53.\n2.append=x:/map_network.log\n"
+                          "2.text=net use: The command completed successfully.\\nSystem error 5")
             << false << QList<int>{0, 0, 2, 10};
-        QTest::newRow("lower-case map success text never counts: 16 seconds")
-            << none << none << QByteArray("*.write=x:/map_network.log\n*.text=the command completed successfully.")
+        QTest::newRow("lower-case map success text never counts: 16 seconds") << none << none
+            << QByteArray("*.write=x:/map_network.log\n*.text=the command completed successfully.")
             << false << QList<int>{0, 0, 3, 16};
-        QTest::newRow("a second instance runs both stages and no programs")
+        QTest::newRow("an empty log counts; a second instance runs both stages and no programs")
             << QByteArray("1.write=x:/static_ip.log") << none << mapOk << true << QList<int>{1, 5, 1, 5};
     }
 
@@ -508,63 +330,50 @@ private slots:
         Medium m(staticLeaves, mapLeaves);
         if (stale != "-")
             m.write("drives/X/static_ip.log", stale);
-        auto shell = shellOf(second);
+        secondInstance = second;
+        auto shell = makeShell();
         shell->init();
         QCOMPARE(shell->bringUpStage, starts ? 1 : 2);
         QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        if (!starts) {   // no menu opens on this road
-            QVERIFY(!shell->mainMenu->isVisible());
-            QCOMPARE(shell->desktop->label()->text(), QStringLiteral("Trying to map network resource. Please wait..."));
-        }
-
         const QStringList trace = runStages(*shell);
-        QCOMPARE((QList<int>{m.count(staticStart), ticksOf(trace, 1), m.count(mapStart), ticksOf(trace, 2)}), expected);
+        const int staticTicks = trace.filter(QRegularExpression("^1:")).size();
+        const int mapTicks = trace.filter(QRegularExpression("^2:")).size();
+        QCOMPARE((QList<int>{m.count(staticStart), staticTicks, m.count(mapStart), mapTicks}), expected);
         if (starts)
-            QCOMPARE(trace.mid(0, 5), (QStringList{"1:1/4", "1:1/3", "1:1/2", "1:1/1", starts == 1 ? "1:1/5" : "1:2/5"}));
+            QCOMPARE(trace.mid(0, 5).join(' '), QString("1:1/4 1:1/3 1:1/2 1:1/1 1:%1/5").arg(qMin(starts, 2)));
         if (starts == 5)
             QCOMPARE(trace[ticks - 2], QStringLiteral("1:6/5"));   // "6" shows for one second
         if (expected[2] == 3)
             QCOMPARE(trace[ticks + expected[3] - 2], QStringLiteral("2:4/5"));
         QCOMPARE(m.read("drives/X/init.log").count("startIp="), starts);
         QCOMPARE(m.count(toolStart), second ? 0 : 1);
-        if (!second)
-            QVERIFY(m.journal().indexOf(QLatin1String(mapStart)) < m.journal().indexOf(QLatin1String(toolStart)));
+        QVERIFY(second || m.journal().indexOf(mapStart) < m.journal().indexOf(toolStart));
         QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
     }
 
+    // The stop button in attempt 3 ends the static stage, the mapping stage begins at once and a
+    // second press ends it too; the address dialog's own stop never reaches the panel.
     void stopButtonInAttemptThree()
     {
         Medium m("");
-        auto shell = shellOf();
+        auto shell = makeShell();
         shell->init();
-        while (shell->desktop->label_3()->text() != "3" || shell->desktop->label_4()->text() != "3")
+        QSignalSpy dialogStop(shell->staticIpDialog, &static_ip_dlg::needStopOperation);
+        shell->staticIpDialog->findChild<QPushButton *>("pushButton")->click();
+        QCOMPARE(dialogStop.value(0).value(0).toInt(), -1);
+        while (shell->staticIpTimer->isActive()
+               && (shell->desktop->label_3()->text() != "3" || shell->desktop->label_4()->text() != "3"))
             shell->checkStaticIP();
         shell->desktop->toolButton()->click();
         QCOMPARE(m.count(staticStart), 2);
-        QVERIFY(!shell->staticIpTimer->isActive());
-        // The mapping stage began at once, in the panel shown again.
-        QCOMPARE(shell->bringUpStage, 2);
-        QVERIFY(shell->mapNetworkTimer->isActive());
+        QVERIFY(!shell->staticIpTimer->isActive() && shell->mapNetworkTimer->isActive());
+        QVERIFY(shell->bringUpStage == 2 && shell->desktop->label_3()->text() == "1");
         QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QCOMPARE(shell->desktop->label_3()->text(), QStringLiteral("1"));
         shell->desktop->toolButton()->click();
         QCOMPARE(m.count(mapStart), 0);
         QCOMPARE(m.count(toolStart), 1);
     }
 
-    void neverShownDialog()
-    {
-        TestMachine m;
-        auto shell = shellOf();
-        // The dialog's signal never reaches the panel: cancelling it leaves the stage running.
-        static_ip_dlg *dialog = shell->staticIpDialog;
-        QSignalSpy spy(dialog, &static_ip_dlg::needStopOperation);
-        shell->bringUpStage = 1;
-        shell->staticIpTimer->start(1000);
-        dialog->findChild<QPushButton *>("pushButton")->click();
-        QCOMPARE(spy.value(0).value(0).toInt(), -1);
-        QVERIFY(shell->staticIpTimer->isActive());
-    }
 };
 
 KELPIE_TEST_MAIN(NetworkTest)

@@ -6,29 +6,19 @@
 #include "menucloser.h"
 
 #include "desktop/dektopwidget.h"
-#include "desktop/my_toolbutton.h"
 #include "launcher/mainbutton.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mymenu.h"
 #include "my_shell1/statustext.h"
 
-#include <QCursor>
-
 namespace {
 
-// A machine whose logical screen and held keys the test sets.
-class ScreenMachine : public SimPlatform {
+// A machine whose held keys the test sets.
+class KeysMachine : public SimPlatform {
 public:
     using SimPlatform::SimPlatform;
-    QSize screen{1024, 768};
-    QList<int> heldKeys;
-    bool screenSize(int *w, int *h) override
-    {
-        *w = screen.width();
-        *h = screen.height();
-        return true;
-    }
-    short asyncKeyState(int vk) override { return heldKeys.contains(vk) ? short(0x8000) : 0; }
+    QList<int> held;
+    short asyncKeyState(int vk) override { return held.contains(vk) ? short(0x8000) : 0; }
 };
 
 NativeMessage hotKeyMessage(int id) { return {NativeMessage::HotKey, id, 0, QString()}; }
@@ -41,34 +31,24 @@ Q_DECLARE_METATYPE(KeyHookEvent)
 
 class PanelTest : public QObject {
     Q_OBJECT
+    std::unique_ptr<TestMachine> m;
 
 private slots:
-    void init() { resetGlobals(); }
-
-    void memoryLineAndRestart()
+    void init()
     {
-        TestMachine m;
-        m.facts("memory", "totalMB=1024\navailableMB=300");
-        auto shell = makeShell();
-        shell->getSystemCondition();
-        QLabel *memory = formWidget<QLabel>(*shell, "label_3");
-        QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
-        QVERIFY(shell->statusTimer->isActive());
-
-        m.facts("memory", "answers=0");
-        shell->getMemory();
-        QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
+        resetGlobals();
+        m = std::make_unique<TestMachine>();
     }
+    void cleanup() { m.reset(); }
 
+    // The label is set when the language differs from the last tick's; date and day each tick.
     void keyboardLanguage_data()
     {
         QTest::addColumn<QByteArray>("keyboard");
         QTest::addColumn<QString>("label");
         QTest::addColumn<bool>("shown");
-        QTest::newRow("two layouts: the foreground's code, shown")
-            << QByteArray("layouts=04090409,04190419\nforeground=04190419") << "RU" << true;
-        QTest::newRow("one layout: hidden; a language not in the table reads EN")
-            << QByteArray("layouts=04080408") << "EN" << false;
+        QTest::newRow("two layouts: the foreground's code, shown") << QByteArray("layouts=04090409,04190419\nforeground=04190419") << "RU" << true;
+        QTest::newRow("one layout: hidden; a language not in the table reads EN") << QByteArray("layouts=04080408") << "EN" << false;
     }
 
     void keyboardLanguage()
@@ -76,112 +56,112 @@ private slots:
         QFETCH(QByteArray, keyboard);
         QFETCH(QString, label);
         QFETCH(bool, shown);
-        TestMachine m;
-        m.facts("keyboard", keyboard);
+        m->facts("keyboard", keyboard);
         auto shell = makeShell();
         shell->show();
         QLabel *code = formWidget<QLabel>(*shell, "label_7");
-        code->setText("before");   // the tick sets the label whenever the language differs from the last
+        code->setText("before");
         shell->hideWindow();
         QCOMPARE(code->text(), "<p style=\"color:#FFFFFF\"><B>" + label + "</p>");
         QCOMPARE(code->isVisible(), shown);
         QCOMPARE(formWidget<QLabel>(*shell, "label_6")->isVisible(), shown);
-        // Date and day are set on the same tick.
         QCOMPARE(formWidget<QLabel>(*shell, "label_2")->text() + formWidget<QLabel>(*shell, "label")->text(),
                  dateText(QDate::currentDate()) + dayText(QDate::currentDate()));
-
-        // The same language on the next tick leaves the label alone.
         code->setText("untouched");
         shell->hideWindow();
         QCOMPARE(code->text(), QString("untouched"));
     }
 
-    void displayTooltip()
+    // In Windows PE the shell takes three keys and the hook and lets them go. A change at the same
+    // scale lays the desktop out with its wallpaper; twice the logical screen's pixels does not.
+    void resolutionAndLockInWinPe()
     {
-        TestMachine m;
-        m.config("fixedB2=:/d.png|Display|disp.exe\n");
-        m.facts("display", "current=1024x768x24@60\nmodes=800x600x24@60,1024x768x16@60,1024x768x24@60");
+        m->config("fixedB2=:/d.png|Display|disp.exe\n");
+        m->facts("display", "current=1280x1024x32@60\nmodes=800x600x32@60,1280x1024x16@60,1280x1024x32@60\nscreen=current");
+        winPeMode = true;
         auto shell = makeShell();
-        shell->getResolution();
-        // The walk finds the listed mode that matches in all four fields.
-        QCOMPARE(shell->displayButton->toolTip(), resolutionTooltip(1024, 768, 24, 60));
-        // In the steady state the walk does not run again.
-        shell->displayButton->setToolTip("kept");
-        shell->getResolution();
-        QCOMPARE(shell->displayButton->toolTip(), QString("kept"));
-    }
-
-    void resolutionChangeWhileDown()
-    {
-        TestMachine m;
-        ScreenMachine *screen = m.use<ScreenMachine>();
-        auto shell = makeShell();
+        QCOMPARE(m->journalOf("registerhotkey") + m->journalOf("installhook"),
+                 (QStringList{"registerhotkey\t1\t8\t91", "registerhotkey\t2\t6\t68", "registerhotkey\t3\t3\t68", "installhook"}));
         QVERIFY(!shell->panelShown);
-        screen->screen = {1280, 1024};
-        m.facts("display", "current=1280x1024x32@60");
         shell->getResolution();
-        QCOMPARE(QSize(displayWidth, screenHeight), QSize(1280, 1024));
         QCOMPARE(shell->geometry(), QRect(0, 1021, 1280, 1024));
         QCOMPARE(shell->mask(), QRegion(0, 0, 1280, 64));
         QCOMPARE(formWidget<QWidget>(*shell, "widget_2")->x(), 780);
-        QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t1280\t1021"));
+        QCOMPARE(m->journalOf("workarea"), QStringList("workarea\t0\t0\t1280\t1021"));
+        QCOMPARE(m->journalOf("wallpaper").size(), 1);
+        // The walk finds the mode matching in all four fields; in the steady state it does not run.
+        QCOMPARE(shell->displayButton->toolTip(), resolutionTooltip(1280, 1024, 32, 60));
+        shell->displayButton->setToolTip("kept");
+        shell->getResolution();
+        QCOMPARE(shell->displayButton->toolTip(), QString("kept"));
 
-        // Up and locked, the same change keeps it up at the new bottom and leaves it 64 pixels.
+        // Up and locked, a change keeps it up at the new bottom and leaves it 64 pixels.
         shell->showWindow();
         shell->panelLocked = true;
-        screen->screen = {1024, 768};
-        m.facts("display", "current=1024x768x32@60");
+        m->facts("display", "current=1024x768x32@60\nscreen=current");
         shell->getResolution();
         QCOMPARE(shell->pos(), QPoint(0, 768 - 64));
-        QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t1024\t704"));
+        QCOMPARE(m->journalOf("workarea").last(), QString("workarea\t0\t0\t1024\t704"));
+        QCOMPARE(m->journalOf("wallpaper").size(), 2);
+        m->facts("display", "current=2048x1536x32@60\nscreen=1024x768");
+        shell->getResolution();
+        QCOMPARE(m->journalOf("wallpaper").size(), 2);
+        QCOMPARE(m->journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1408"));
+
+        // The lock button at 200 %: unlocked the work area ends 6 display pixels above the
+        // bottom, locked 128. Outside Windows PE the icon and the state change, the work area not.
+        shell->on_pushButton_3_clicked();
+        QCOMPARE(m->journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
+        shell->on_pushButton_3_clicked();
+        QCOMPARE(m->journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1408"));
+        QCOMPARE(savedWorkArea.bottom, 1530);   // the area it found
+        winPeMode = false;
+        QPushButton *lock = formWidget<QPushButton>(*shell, "pushButton_3");
+        const QImage locked = lock->icon().pixmap(20, 20).toImage();
+        const int areas = m->journalOf("workarea").size();
+        shell->on_pushButton_3_clicked();
+        QVERIFY(!shell->panelLocked && lock->icon().pixmap(20, 20).toImage() != locked);
+        QCOMPARE(m->journalOf("workarea").size(), areas);
+        shell.reset();
+        QCOMPARE(m->journalOf("unregisterhotkey").size() + m->journalOf("removehook").size(), 4);
     }
 
-    // In Windows PE a change at the same scale lays the desktop out again with its wallpaper;
-    // twice the pixels of the logical screen does not.
-    void scaledDisplayKeepsDesktop()
-    {
-        TestMachine m;
-        ScreenMachine *screen = m.use<ScreenMachine>();
-        winPeMode = true;
-        auto shell = makeShell();
-        screen->screen = {1280, 1024};
-        m.facts("display", "current=1280x1024x32@60");
-        shell->getResolution();
-        QCOMPARE(m.journalOf("wallpaper").size(), 1);
-        screen->screen = {1024, 768};
-        m.facts("display", "current=2048x1536x32@60");
-        shell->getResolution();
-        QCOMPARE(m.journalOf("wallpaper").size(), 1);
-        QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
-    }
-
-    // The panel's state before the tick ("up", "modal", "locked", "menu") and the pointer.
-    void hideAndShow_data()
+    // The panel's state before the tick ("up", "modal", "locked", "menu"), the pointer, and the
+    // start button's look before (2: pressed, its menu counted open) and after.
+    void hideTick_data()
     {
         QTest::addColumn<QString>("state");
         QTest::addColumn<QPoint>("pointer");
+        QTest::addColumn<int>("before");
         QTest::addColumn<bool>("staysUp");
+        QTest::addColumn<int>("after");
         const QPoint away(500, 100), bottom(500, 767), corner(1024, 704);
-        auto row = [](const char *rule, const char *state, QPoint pointer, bool up) { QTest::newRow(rule) << state << pointer << up; };
-        row("down, pointer on the last row: rises", "", bottom, true);
-        row("down, pointer away: stays down", "", away, false);
-        row("up, pointer on its corner: stays", "up", corner, true);
-        row("up, a modal dialog holds it", "up modal", away, true);
-        row("up, the lock holds it", "up locked", away, true);
-        row("up, a running menu holds it", "up menu", away, true);
-        row("up, pointer away: drops, ending the pulse", "up", away, false);
+        auto row = [](const char *rule, const char *state, QPoint pointer, int before, bool up, int after) {
+            QTest::newRow(rule) << state << pointer << before << up << after;
+        };
+        row("down, pointer on the last row: rises", "", bottom, 0, true, 0);
+        row("down, pointer away: stays down", "", away, 0, false, 0);
+        row("up, pointer on its corner: stays", "up", corner, 0, true, 0);
+        row("up, a modal dialog holds it", "up modal", away, 0, true, 0);
+        row("up, a running menu holds it", "up menu", away, 0, true, 0);
+        row("up, pointer away: drops, ending the pulse", "up", away, 0, false, 0);
+        row("inside the button: hover", "up locked", QPoint(20, 724), 0, true, 1);
+        row("the square's edge does not enter", "up locked", QPoint(45, 724), 0, true, 0);
+        row("between the two squares the hover stays", "up locked", QPoint(55, 759), 1, true, 1);
+        row("pressed with no menu open: rest, closed", "up locked", QPoint(300, 724), 2, true, 0);
     }
 
-    void hideAndShow()
+    void hideTick()
     {
         QFETCH(QString, state);
         QFETCH(QPoint, pointer);
+        QFETCH(int, before);
         QFETCH(bool, staysUp);
-        TestMachine m;
+        QFETCH(int, after);
         auto shell = makeShell();
         shell->show();
-        shell->startButton->opened = false;
-        shell->startButton->state = 0;
+        shell->startButton->opened = before == 2;
+        shell->startButton->state = before;
         if (state.contains("up"))
             shell->showWindow();
         QCursor::setPos(pointer);
@@ -193,82 +173,13 @@ private slots:
         QCOMPARE(shell->panelShown, staysUp);
         QCOMPARE(shell->pos(), QPoint(0, staysUp ? 704 : 765));
         QCOMPARE(shell->startButton->rainbowTimer->isActive(), staysUp || !state.contains("up"));
-    }
-
-    void startButtonLook_data()
-    {
-        QTest::addColumn<QPoint>("pointer");
-        QTest::addColumn<int>("before");
-        QTest::addColumn<bool>("opened");
-        QTest::addColumn<int>("after");
-        QTest::newRow("inside the button: hover") << QPoint(20, 20) << 0 << false << 1;
-        QTest::newRow("the square's edge does not enter") << QPoint(45, 20) << 0 << false << 0;
-        QTest::newRow("between the two squares the hover stays") << QPoint(55, 55) << 1 << false << 1;
-        QTest::newRow("pressed with no menu open: rest, closed") << QPoint(300, 20) << 2 << true << 0;
-    }
-
-    void startButtonLook()
-    {
-        QFETCH(QPoint, pointer);
-        QFETCH(int, before);
-        QFETCH(bool, opened);
-        QFETCH(int, after);
-        TestMachine m;
-        auto shell = makeShell();
-        shell->show();
-        shell->showWindow();
-        shell->panelLocked = true;
-        shell->startButton->opened = opened;
-        shell->startButton->state = before;
-        QCursor::setPos(pointer + QPoint(0, 704));
-        shell->hideWindow();
         QCOMPARE(shell->startButton->state, after);
         QVERIFY(!shell->startButton->opened);
     }
 
-    void lockButtonWorkArea()
-    {
-        TestMachine m;
-        m.facts("display", "current=2048x1536x32@60");
-        winPeMode = true;
-        auto shell = makeShell();
-        displayWidth = 2048;
-        displayHeight = 1536;
-        shell->on_pushButton_3_clicked();
-        // 200 %: the locked work area ends 128 display pixels above the bottom.
-        QCOMPARE(m.journalOf("workarea"), QStringList("workarea\t0\t0\t2048\t1408"));
-        QCOMPARE(savedWorkArea.bottom, 1536);
-        shell->on_pushButton_3_clicked();
-        QCOMPARE(m.journalOf("workarea").last(), QString("workarea\t0\t0\t2048\t1530"));
-
-        // Outside Windows PE the icon and the state change, the work area does not.
-        winPeMode = false;
-        QPushButton *lock = formWidget<QPushButton>(*shell, "pushButton_3");
-        const QImage unlocked = lock->icon().pixmap(20, 20).toImage();
-        shell->on_pushButton_3_clicked();
-        QVERIFY(shell->panelLocked);
-        QVERIFY(lock->icon().pixmap(20, 20).toImage() != unlocked);
-        QCOMPARE(m.journalOf("workarea").size(), 2);
-    }
-
-    // Outside Windows PE no keys and no hook; inside, three keys and the hook, all let go at the end.
-    void hotKeysOnlyInWinPe()
-    {
-        for (bool winPe : {false, true}) {
-            TestMachine m;
-            winPeMode = winPe;
-            makeShell().reset();
-            const QStringList taken = m.journalOf("registerhotkey") + m.journalOf("installhook");
-            QCOMPARE(taken, (winPe ? QStringList{"registerhotkey\t1\t8\t91", "registerhotkey\t2\t6\t68",
-                                                 "registerhotkey\t3\t3\t68", "installhook"} : QStringList()));
-            if (winPe)
-                QCOMPARE(m.journalOf("unregisterhotkey").size() + m.journalOf("removehook").size(), taken.size());
-        }
-    }
-
+    // Hot key 1 opens the menu with the panel up; pressed again inside, it leaves the menu open.
     void hotKeyOneTwice()
     {
-        TestMachine m;
         auto shell = makeShell();
         shell->show();
         shell->startButton->opened = false;
@@ -286,8 +197,8 @@ private slots:
         QCOMPARE(shell->startButton->state, 0);
     }
 
-    // Hot keys 2 and 3 start a tool and let the message go on; the hook starts the task manager
-    // on Ctrl+Alt+Del down (and each repeat) and swallows that key alone.
+    // Outside Windows PE no keys are taken, yet hot keys 2 and 3 start a tool and let the message
+    // go on; the hook starts the task manager on Ctrl+Alt+Del down and repeat, swallowing it alone.
     void keysStartTools_data()
     {
         using namespace win32;
@@ -297,15 +208,15 @@ private slots:
         QTest::addColumn<QString>("start");
         const QList<int> ctrlAlt{vkControl, vkMenu};
         const QString taskmgr = "start\topen\ttaskmgr.exe\t\t1";
-        auto hook = [&](const char *rule, int code, int vk, quint32 flags, const QList<int> &held, bool starts) {
-            QTest::newRow(rule) << 0 << KeyHookEvent{code, quint32(vk), flags} << held << (starts ? taskmgr : "");
+        auto hook = [&](const char *rule, int code, quint32 flags, const QList<int> &held, bool starts) {
+            QTest::newRow(rule) << 0 << KeyHookEvent{code, quint32(vkDelete), flags} << held << (starts ? taskmgr : "");
         };
         QTest::newRow("Ctrl+Shift+D: the display tool, low") << 2 << KeyHookEvent{} << QList<int>() << "start\topen\tDisplayRes.exe\tlow\t1";
         QTest::newRow("Ctrl+Alt+D: the task manager") << 3 << KeyHookEvent{} << QList<int>() << taskmgr;
-        hook("Ctrl+Alt+Del down: the task manager", hcAction, vkDelete, 0, ctrlAlt, true);
-        hook("the key-up passes", hcAction, vkDelete, llkhfUp, ctrlAlt, false);
-        hook("not HC_ACTION passes", 1, vkDelete, 0, ctrlAlt, false);
-        hook("Ctrl without Alt passes", hcAction, vkDelete, 0, {vkControl}, false);
+        hook("Ctrl+Alt+Del down: the task manager", hcAction, 0, ctrlAlt, true);
+        hook("the key-up passes", hcAction, llkhfUp, ctrlAlt, false);
+        hook("not HC_ACTION passes", 1, 0, ctrlAlt, false);
+        hook("Ctrl without Alt passes", hcAction, 0, {vkControl}, false);
     }
 
     void keysStartTools()
@@ -314,15 +225,14 @@ private slots:
         QFETCH(KeyHookEvent, event);
         QFETCH(QList<int>, held);
         QFETCH(QString, start);
-        TestMachine m;
-        m.use<ScreenMachine>()->heldKeys = held;
+        m->use<KeysMachine>()->held = held;
         if (hotKey) {
-            auto shell = makeShell();
-            QVERIFY(!shell->handleNativeMessage(hotKeyMessage(hotKey)));
+            QVERIFY(!makeShell()->handleNativeMessage(hotKeyMessage(hotKey)));
+            QVERIFY(m->journalOf("registerhotkey").isEmpty() && m->journalOf("installhook").isEmpty());
         } else {
             QCOMPARE(my_shell1::keyboardHookEvent(event), !start.isEmpty());
         }
-        QCOMPARE(m.journalOf("start").join(""), start);
+        QCOMPARE(m->journalOf("start").join(""), start);
     }
 
     void refreshMessage_data()
@@ -340,86 +250,42 @@ private slots:
         QFETCH(quintptr, wParam);
         QFETCH(QString, text);
         QFETCH(int, shown);
-        TestMachine m;
-        m.file("X:/Users/Default/Desktop/one.lnk", "x");
+        m->file("X:/Users/Default/Desktop/one.lnk", "x");
         auto shell = makeShell();
-        m.file("X:/Users/Default/Desktop/two.lnk", "x");
-        NativeMessage message{NativeMessage::CopyData, 0, wParam, text};
-        QVERIFY(!shell->handleNativeMessage(message));
-        int count = 0;
-        for (QWidget *w : shell->desktop->findChildren<my_ToolButton *>())
-            count += w->isVisibleTo(shell->desktop) ? 1 : 0;
-        QCOMPARE(count, shown);
+        m->file("X:/Users/Default/Desktop/two.lnk", "x");
+        QVERIFY(!shell->handleNativeMessage({NativeMessage::CopyData, 0, wParam, text}));
+        QCOMPARE(shell->desktop->desktopCount, shown);
     }
 
-    // The stages themselves are the network suite's; here: the menu opens only off the mapping
-    // road, and the programs start once, after the menu and the stages.
-    void initChain_data()
-    {
-        QTest::addColumn<QStringList>("scripts");
-        QTest::addColumn<int>("menus");
-        const QString ip = "X:/Program Files/kelpie/start_ip.cmd", map = "X:/map_network.cmd";
-        QTest::newRow("no scripts: the menu opens, then the programs start") << QStringList() << 1;
-        QTest::newRow("mapping script: no menu") << QStringList{map} << 0;
-        QTest::newRow("both scripts, one after the other") << QStringList{ip, map} << 0;
-    }
-
+    // No scripts (the stages are the network suite's): set-up tools go, the panel is up and locked,
+    // the menu opens, then the programs start once; a memory line stays when memory stops answering.
     void initChain()
     {
-        QFETCH(QStringList, scripts);
-        QFETCH(int, menus);
-        TestMachine m;
-        m.config("toRun=tool|-q\n");
-        for (const QString &script : scripts)
-            m.file(script, "@echo off\n");
+        m->config("toRun=tool|-q\n");
+        m->facts("memory", "totalMB=1024\navailableMB=300");
+        for (const char *tool : {"initKelpie.exe", "initKP.exe", "cfg_winpe.exe", "keep.exe"})
+            m->file(QString("X:/Program Files/kelpie/") + tool, "MZ");
         auto shell = makeShell();
         shell->show();
         int shown = 0;
         bool startedBeforeMenuClosed = false;
         closeMenuWhenShown(shell->mainMenu, [&] {
             ++shown;
-            startedBeforeMenuClosed = m.journalOf("start").contains(toolStart);
+            startedBeforeMenuClosed = m->journalOf("start").contains(toolStart);
         });
         shell->init();
-        for (int stage = 0; stage < scripts.size(); ++stage) {
-            QVERIFY(shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-            QVERIFY(!m.journalOf("start").contains(toolStart));
-            shell->needStopOperation(1);   // the desktop's stop button
-        }
-        QVERIFY(!shell->desktop->waitPanel->isVisibleTo(shell->desktop));
-        QCOMPARE(shown, menus);
+        QCOMPARE(shown, 1);
         QVERIFY(!startedBeforeMenuClosed);
-        QCOMPARE(m.journalOf("start").count(toolStart), 1);
-    }
-
-    void initTidiesAndLocks()
-    {
-        TestMachine m;
-        for (const char *tool : {"initKelpie.exe", "initKP.exe", "cfg_winpe.exe", "keep.exe"})
-            m.file(QString("X:/Program Files/kelpie/") + tool, "MZ");
-        m.file("X:/map_network.cmd", "@echo off\n");   // no menu on this road
-        auto shell = makeShell();
-        shell->show();
-        shell->init();
-        QCOMPARE(QDir(m.folder() + "/drives/X/Program Files/kelpie").entryList(QDir::Files),
-                 QStringList("keep.exe"));
-        QVERIFY(shell->panelShown && shell->panelLocked);
+        QCOMPARE(m->journalOf("start").count(toolStart), 1);
+        QCOMPARE(QDir(m->folder() + "/drives/X/Program Files/kelpie").entryList({"*.exe"}), QStringList("keep.exe"));
+        QVERIFY(shell->panelShown && shell->panelLocked && !shell->desktop->waitPanel->isVisibleTo(shell->desktop));
         QVERIFY(shell->hideTimer->isActive() && shell->statusTimer->isActive());
-        QVERIFY(!formWidget<QLabel>(*shell, "label_3")->text().isEmpty());
-        QVERIFY(!shell->mainMenu->isVisible());
-    }
-
-    // The log's lines themselves are shown by the launcher's start queue.
-    void unwritableLogDropsTheLineOnly()
-    {
-        TestMachine n;
-        QDir(n.folder()).mkpath("drives/X/init.log");
-        n.config("toRun=tool|\n");
-        auto other = makeShell();
-        other->addLogInfo("lost");
-        other->runTaskList();
-        QCOMPARE(n.journalOf("start").size(), 1);
-        QVERIFY(QFileInfo(n.folder() + "/drives/X/init.log").isDir());
+        QLabel *memory = formWidget<QLabel>(*shell, "label_3");
+        QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
+        m->facts("memory", "answers=0");
+        shell->getSystemCondition();
+        QCOMPARE(memory->text(), memoryText(1024ull << 20, 300ull << 20));
+        QVERIFY(shell->statusTimer->isActive());
     }
 };
 

@@ -10,6 +10,7 @@
 #include "modalwatch.h"
 #include "testmachine.h"
 #include "testmain.h"
+#include "testshell.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -30,34 +31,28 @@ void copyTree(const QString &from, const QString &to)
                     QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        if (it.fileInfo().isDir() && !it.fileInfo().isSymLink()) {
-            QVERIFY(QDir().mkpath(target));
-            continue;
-        }
-        QFile in(source), out(target);
-        QVERIFY(in.open(QIODevice::ReadOnly) && out.open(QIODevice::WriteOnly));
-        QCOMPARE(out.write(in.readAll()), in.size());
+        QFile in(source), out(to + source.mid(from.size()));
+        if (it.fileInfo().isDir() && !it.fileInfo().isSymLink())
+            QVERIFY(QDir().mkpath(out.fileName()));
+        else
+            QVERIFY(in.open(QIODevice::ReadOnly) && out.open(QIODevice::WriteOnly)
+                    && out.write(in.readAll()) == in.size());
     }
 }
 
 // Boots the machine folder as the process does, up to the running panel; the start-up chain is
 // held back and the slow tick's network step runs until the adapters are known.
-struct Boot {
-    explicit Boot(TestMachine &m)
-    {
-        resetGlobals();
-        m.sim = new SimPlatform(m.folder());
-        setPlatform(m.sim);
-        prepareShell(*qApp);
-        shell.reset(new my_shell1);
-        shell->initTimer->stop();
-        shell->show();
-        for (int tick = 0; tick < 5; ++tick)
-            shell->networkStep();
-    }
-    std::unique_ptr<my_shell1> shell;
-};
+std::unique_ptr<my_shell1> boot(TestMachine &m)
+{
+    resetGlobals();
+    m.use<SimPlatform>();
+    prepareShell(*qApp);
+    auto shell = makeShell(screenWidth, screenHeight);
+    shell->show();
+    for (int tick = 0; tick < 5; ++tick)
+        shell->networkStep();
+    return shell;
+}
 
 } // namespace
 
@@ -72,7 +67,7 @@ private slots:
 
         // First boot: the technician adds two shortcuts and another static address.
         {
-            Boot boot(m);
+            const auto shell = boot(m);
             QVERIFY(winPeMode);
             QCOMPARE(bootLetter, QString("E"));
             m.addShortcut(desktop + "Tool.lnk", "C:\\Tools\\Tool.exe", "C:\\Tools");
@@ -92,8 +87,8 @@ private slots:
                 whenModal<turn_off_widget>([](turn_off_widget *t) { formWidget<QPushButton>(*t, "pushButton_3")->click(); });
                 formWidget<QPushButton>(*d, "pushButton")->click();
             });
-            QSignalSpy closeApp(boot.shell.get(), &my_shell1::closeApp);
-            boot.shell->turnOffAction->trigger();
+            QSignalSpy closeApp(shell.get(), &my_shell1::closeApp);
+            shell->turnOffAction->trigger();
 
             QCOMPARE(seen, QStringList({"Network", "Start Menu", "Desktop", "E: (KELPIE) on ACME FLASH DRIVE", "E",
                                         "Disk Kit.lnk\n", "Tool.lnk\n",
@@ -120,7 +115,7 @@ private slots:
         m.write("drives/X/tmpReg/startNetwork.log",
                 "bootLetter=E\r\nnetwork=1\r\nfirewall=0\r\n" + m.read("drives/E/_kelpieNet.ini"));
         {
-            Boot boot(m);
+            const auto shell = boot(m);
             QCOMPARE(savedVolumeLetter, QString("E"));
             // COM is ready on this thread before the restore reaches the shell link object.
             const QStringList journal = m.journal();
@@ -131,8 +126,8 @@ private slots:
             QCOMPARE(kit.target, QString("X:\\Program Files\\kelpie\\Tools\\DiskEditor.exe"));
 
             // The desktop's shortcut was moved to the new letter and starts its program there.
-            boot.shell->desktop->refresh_Slot();
-            boot.shell->desktop->startLink("X:\\Users\\Default\\Desktop\\Tool.lnk", QString());
+            shell->desktop->refresh_Slot();
+            shell->desktop->startLink("X:\\Users\\Default\\Desktop\\Tool.lnk", QString());
             QCOMPARE(m.journal().filter(QRegularExpression("^link\\t")),
                      QStringList{"link\tX:\\Users\\Default\\Desktop\\Tool.lnk\tD:\\Tools\\Tool.exe\t\tD:\\Tools"});
 
@@ -140,7 +135,7 @@ private slots:
             bool saveShown = false, turnOffShown = false;
             QPointer<QTimer> watch = whenModal<saveChangingDialog>([&](saveChangingDialog *d) { saveShown = true; d->reject(); });
             whenModal<turn_off_widget>([&](turn_off_widget *t) { turnOffShown = true; formWidget<QPushButton>(*t, "pushButton")->click(); });
-            boot.shell->turnOffAction->trigger();
+            shell->turnOffAction->trigger();
             delete watch.data();
             QVERIFY(turnOffShown && !saveShown);
         }

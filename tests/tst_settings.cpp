@@ -1,5 +1,4 @@
-// Saved settings: the formats, the volume list, the save with its boxes and a stick that fails,
-// the restore with its retargeted shortcuts, and the baseline of the condition logs.
+// Saved settings: formats, volume list, the save and a failing stick, restore, condition logs.
 
 #include "my_shell1/globals.h"
 #include "settings/savechangingdialog.h"
@@ -13,9 +12,7 @@
 #include <QBuffer>
 #include <QCheckBox>
 #include <QDirIterator>
-#include <QMessageBox>
 #include <QPointer>
-#include <QPushButton>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QtEndian>
@@ -25,18 +22,16 @@ Q_DECLARE_METATYPE(NetworkCondition)
 namespace {
 
 const QByteArray bootIni = "imageLang=1033\r\nlang=en-US\r\ntmz=12\r\nnetwork=1\r\nfirewall=0\r\ntimeout=30\r\n"
-                           "screenRes=1024x768\r\nappRun=Zembra.exe\r\narg= -a\r\nremDev=1\r\npwd=b64:c2VjcmV0\r\n"
-                           "build=2031";
+                           "screenRes=1024x768\r\nappRun=Zembra.exe\r\narg= -a\r\nremDev=1\r\n"
+                           "pwd=b64:c2VjcmV0\r\nbuild=2031";
 const QString deskFolder = "drives/X/Users/Default/Desktop/";
-const QString menuFolder = "drives/X/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/";
 const QByteArray staticNetIni = "ipAdd=10.1.2.3\r\nipMask=255.0.0.0\r\nipDNS=10.0.0.1\r\nipGateway=10.0.0.254";
 
-QByteArray composedBootIni()
+QString composed(QByteArray source = bootIni)
 {
-    QBuffer buffer;
-    buffer.setData(bootIni);
+    QBuffer buffer(&source);
     buffer.open(QIODevice::ReadOnly);
-    return composeKelpieSettings(readKelpieSettings(buffer)).toLocal8Bit();
+    return composeKelpieSettings(readKelpieSettings(buffer));
 }
 
 QByteArray descriptor(quint32 vendorAt, quint32 productAt, int size = -1)
@@ -55,22 +50,24 @@ QMap<QString, QByteArray> filesBelow(const TestMachine &m, const QString &relati
     const QString root = m.folder() + '/' + relative;
     QDirIterator it(root, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
     while (it.hasNext()) {
-        const QString path = it.next();
-        files.insert(path.mid(root.size()), m.read(relative + path.mid(root.size())));
+        const QString path = it.next().mid(root.size());
+        files.insert(path, m.read(relative + path));
     }
     return files;
 }
 
-// The journal's effects on files: "write E:/_kelpie.ini", "remove ...".
-QStringList fileEffects(const TestMachine &m)
+// A file's content as the restore rows spell it, "->target|folder" standing for a shortcut.
+QByteArray contentOf(const QString &text)
 {
-    QStringList out;
-    for (const QString &line : m.journal()) {
-        const QStringList f = line.split('\t');
-        if (f[0] == "write" || f[0] == "remove")
-            out << f[0] + ' ' + f.value(1);
-    }
-    return out;
+    if (!text.startsWith("->"))
+        return text.toUtf8();
+    return shelllink::write(shelllink::make(text.mid(2).section('|', 0, 0), text.section('|', 1)));
+}
+
+QString textOf(const QByteArray &bytes)
+{
+    shelllink::Link link;
+    return shelllink::read(bytes, &link) ? "->" + link.target + '|' + link.workingDirectory : QString(bytes);
 }
 
 // A machine booted from stick E: (disk 1) with a fixed disk C: (disk 0) and the RAM drive X:.
@@ -82,33 +79,29 @@ void bootMachine(TestMachine &m)
     m.write("drives/E/_kelpie.ini", bootIni);
 }
 
-struct Changes {
-    QStringList startMenu;
-    QStringList desktop;
+// The Save dialog over these additions and the network now (changed unless its network is 0).
+struct Save {
+    QStringList startMenu, desktop;
     NetworkCondition now;
+    saveChangingDialog d{nullptr};
+    void fill(const QString &resolution)
+    {
+        d.networkDiffers = now.network != 0;
+        d.resolutionText = resolution;
+        d.startMenuChanged = !startMenu.isEmpty();
+        d.desktopChanged = !desktop.isEmpty();
+        d.startMenuAdded = &startMenu;
+        d.desktopAdded = &desktop;
+        d.networkNow = &now;
+        d.bootLetter = "E";
+        d.fillSummary();
+    }
+    QCheckBox *box(const char *name) { return d.findChild<QCheckBox *>(name); }
+    QPushButton *button(const char *name) { return d.findChild<QPushButton *>(name); }
+    QTreeWidget *tree() { return d.findChild<QTreeWidget *>("treeWidget"); }
 };
 
-void prepare(saveChangingDialog &d, Changes &c, bool network, const QString &resolution)
-{
-    d.networkDiffers = network;
-    d.resolutionText = resolution;
-    d.startMenuChanged = !c.startMenu.isEmpty();
-    d.desktopChanged = !c.desktop.isEmpty();
-    d.startMenuAdded = &c.startMenu;
-    d.desktopAdded = &c.desktop;
-    d.networkNow = &c.now;
-    d.bootLetter = "E";
-    d.fillSummary();
-}
-
-QCheckBox *box(saveChangingDialog &d, const char *name) { return d.findChild<QCheckBox *>(name); }
-QPushButton *button(saveChangingDialog &d, const char *name) { return d.findChild<QPushButton *>(name); }
-QTreeWidget *tree(saveChangingDialog &d) { return d.findChild<QTreeWidget *>("treeWidget"); }
-
-NetworkCondition staticNet(const QString &address = "10.1.2.3")
-{
-    return {1, 1, 0, address, "255.0.0.0", "10.0.0.1", "10.0.0.254", {}};
-}
+const NetworkCondition staticNet{1, 1, 0, "10.1.2.3", "255.0.0.0", "10.0.0.1", "10.0.0.254", {}};
 
 } // namespace
 
@@ -117,430 +110,327 @@ class TestSettings : public QObject {
 private slots:
     void init() { resetGlobals(); }
 
-    void formats_data();
-    void formats();
-    void volumeWalk_data();
-    void volumeWalk();
-    void groupsAndSaveButton();
-    void filesASaveTouches_data();
-    void filesASaveTouches();
-    void restore_data();
-    void restore();
-    void retarget_data();
-    void retarget();
-    void baseline_data();
-    void baseline();
+    // The saved _kelpie.ini, the free space text, the device name of a storage descriptor.
+    void formats_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        // Every key empty; build stands last, so a row's build value is appended.
+        const QString none = "imageLang=\r\nlang=\r\ntmz=\r\nnetwork=\r\nfirewall=\r\ntimeout=\r\n"
+                             "screenRes=\r\npwd=\r\nbuild=";
+        QTest::newRow("saved: a missing key is written empty, an empty appRun leaves its line out")
+            << composed("imageLang=7\nappRun=\nbuild=1") << "imageLang=7" + none.mid(10) + "1";
+        QTest::newRow("saved: a marker inside a value is filled by a later step")
+            << composed("appRun=run%9\npwd=secret\nbuild=b")
+            << QString(none).replace("pwd=", "appRun=runsecret\r\npwd=secret") + "b";
+        QTest::newRow("saved: binary junk gives empty values")
+            << composed(QByteArray("\x00\xff\xfe\x01\x02imageLang=1\x00\n\x80\x81", 18)) << none;
+        QByteArray utf16("\xff\xfe");
+        for (char c : QByteArray("lang=de\r\n"))
+            utf16.append(c).append('\0');
+        QTest::newRow("saved: a UTF-16 file is not understood") << composed(utf16) << none;
+        QTest::newRow("saved: one line of 2 MB is passed over, the next still counts")
+            << composed(QByteArray(2 << 20, 'x') + "\nbuild=5") << none + "5";
+        QTest::newRow("free: exactly 1 GiB belongs to MB") << freeSpaceText(1073741824) << "1024 MB";
+        QTest::newRow("free: one byte above 1 GiB") << freeSpaceText(1073741825) << "1 GB";
+        QTest::newRow("free: exactly 1 MiB belongs to KB") << freeSpaceText(1048576) << "1024 KB";
+        QTest::newRow("free: one byte above 1 MiB") << freeSpaceText(1048577) << "1 MB";
+        QTest::newRow("free: 1025 bytes are 1 KB") << freeSpaceText(1025) << "1 KB";
+        QTest::newRow("free: a stick larger than 32 bits") << freeSpaceText(qint64(128) << 30) << "128 GB";
+        const auto name = [](const QByteArray &bytes) { return deviceNameOf(parseStorageDescriptor(bytes)); };
+        QTest::newRow("device: offset 28 is below the strings") << name(descriptor(28, 48)) << "FLASH";
+        QTest::newRow("device: offset 29 is the first that counts")
+            << name(descriptor(29, 48).replace(29, 3, QByteArray("AB\0", 3))) << "AB FLASH";
+        QTest::newRow("device: an offset at the end is invalid") << name(descriptor(40, 56)) << "ACME ";
+        QTest::newRow("device: a string cut there ends there") << name(descriptor(40, 48, 52)) << "ACME FLA";
+        QTest::newRow("device: fewer bytes than the offsets") << name(QByteArray(14, '\x28')) << "";
+    }
+
+    void formats()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(text, expected);
+    }
+
+    void volumeWalk_data()
+    {
+        QTest::addColumn<QStringList>("stickKeys");   // of the second stick, G:
+        QTest::addColumn<QString>("bootLetter");
+        QTest::addColumn<QStringList>("rows");        // description | free space | letter
+        QTest::addColumn<int>("current");
+        const QString e = "E: (KELPIE) on ACME FLASH|977 KB|E";
+        const QStringList both{e, "G: (KELPIE) on ACME FLASH|2 GB|G"}, big{"freeBytes=1610612736"};
+        QTest::newRow("the boot volume is selected wherever it stands") << big << "g" << both << 1;
+        QTest::newRow("otherwise the first row") << big << "X" << both << 0;
+        // A USB disk that reports fixed media, or one whose device fails at any step.
+        for (const char *failing :
+             {"mediaType=fixed", "ready=0", "opens=0", "answersGeometry=0", "answersPartition=0", "present=0"})
+            QTest::newRow(qPrintable(QString("no row when %1").arg(failing)))
+                << QStringList{failing} << "E" << QStringList{e} << 0;
+        QTest::newRow("no device name: the row ends behind on")
+            << QStringList{"answersDescriptor=0", "freeBytes=1024"} << "E"
+            << QStringList{e, "G: (KELPIE) on |1024 bytes|G"} << 0;
+        QTest::newRow("no label: the root path stands for it") << QStringList{"label=", "freeBytes=2048"} << "E"
+            << QStringList{e, "G: (G:/) on ACME FLASH|2 KB|G"} << 0;
+    }
+
+    void volumeWalk()
+    {
+        QFETCH(QStringList, stickKeys);
+        QFETCH(QString, bootLetter);
+        QFETCH(QStringList, rows);
+        QFETCH(int, current);
+        TestMachine m;
+        bootMachine(m);
+        m.addStick('G', 2, stickKeys);
+        m.addDrive('H');   // a folder-backed drive: no device behind it
+        Save s;
+        s.d.bootLetter = bootLetter;
+        s.d.refreshUsbDevices();
+        QStringList seen, letters;
+        for (int i = 0; i < s.tree()->topLevelItemCount(); ++i) {
+            const QTreeWidgetItem *item = s.tree()->topLevelItem(i);
+            seen << item->text(0) + '|' + item->text(1) + '|' + item->text(2);
+            letters << item->text(2);
+        }
+        QCOMPARE(seen, rows);
+        QCOMPARE(s.tree()->indexOfTopLevelItem(s.tree()->currentItem()), current);
+        QCOMPARE(listRemovableVolumes(), letters);
+    }
+
+    // A group with nothing to store is dead but keeps its text; Save needs a box and a volume.
+    void groupsAndSaveButton()
+    {
+        TestMachine m;
+        bootMachine(m);
+        Save s{{}, {"X:/Users/Default/Desktop/a.lnk", "X:/Users/Default/Desktop/Sub/b.lnk"}, {}};
+        s.d.startMenuText = "kept from before";
+        s.fill("800x600");
+        QVERIFY(!s.box("checkBox")->isEnabled() && !s.box("checkBox")->isChecked()
+                && !s.d.findChild<QToolButton *>("toolButton")->isEnabled());
+        QVERIFY(!s.box("checkBox_3")->isEnabled() && !s.box("checkBox_3")->isChecked());
+        QVERIFY(s.box("checkBox_2")->isChecked() && s.box("checkBox_4")->isChecked());
+        QCOMPARE(s.d.startMenuText + '|' + s.d.desktopText, QString("kept from before|a.lnk\nb.lnk\n"));
+        s.box("checkBox_2")->setChecked(false);
+        QVERIFY(s.button("pushButton")->isEnabled());
+        s.box("checkBox_4")->setChecked(false);
+        QVERIFY(!s.button("pushButton")->isEnabled());
+        s.box("checkBox_4")->setChecked(true);
+        QVERIFY(s.button("pushButton")->isEnabled());
+        s.tree()->setCurrentItem(nullptr);
+        QVERIFY(!s.button("pushButton")->isEnabled());
+        m.write("machine.ini", m.read("machine.ini").replace("removable", "fixed"));
+        s.d.refreshUsbDevices();
+        QVERIFY(s.tree()->topLevelItemCount() == 0 && !s.button("pushButton")->isEnabled());
+        s.button("pushButton_2")->click();
+        QCOMPARE(s.d.result(), int(QDialog::Rejected));
+    }
+
+    // The save to stick F:; its failures are silent, lose nothing, and the steps that fit still run.
+    void filesASaveTouches_data()
+    {
+        QTest::addColumn<QStringList>("target");     // keys of F:; "vanish": gone before Save
+        QTest::addColumn<QString>("resolution");
+        QTest::addColumn<NetworkCondition>("now");
+        QTest::addColumn<QString>("bootLetter");
+        QTest::addColumn<QStringList>("effects");
+        QTest::addColumn<QString>("message");        // title and text of a message box, if one is shown
+        QTest::addColumn<QByteArrayList>("stick");   // F:/_kelpie.ini and F:/_kelpieNet.ini afterwards
+        const QStringList copies{
+            "write F:\\Start Menu.1\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\"
+            "Start Menu\\Programs\\Tools\\m.lnk",
+            "write F:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk"};
+        const QStringList ini{"write F:/_kelpie.ini"}, netIni{"write F:/_kelpieNet.ini"}, none;
+        const QByteArray old = "imageLang=9\r\nbuild=old", carried = composed().toUtf8();
+        const QByteArray firewallOn = QByteArray(carried).replace("firewall=0", "firewall=1");
+        const QByteArrayList untouched{old, "ipAdd=old"};
+        const NetworkCondition same, dhcp{1, 0, 1, {}, {}, {}, {}, {}};
+        QTest::newRow("start menu and desktop only: neither ini file is touched")
+            << none << QString() << same << "E" << copies << "" << untouched;
+        QTest::newRow("display: _kelpie.ini carried from the boot medium with the new resolution")
+            << none << "1280x1024" << same << "E" << ini + copies << ""
+            << QByteArrayList{QByteArray(carried).replace("1024x768", "1280x1024"), "ipAdd=old"};
+        QTest::newRow("network, static: both ini files") << none << QString() << staticNet << "E"
+            << ini + netIni + copies << "" << QByteArrayList{firewallOn, staticNetIni};
+        QTest::newRow("network by DHCP removes an old _kelpieNet.ini") << none << QString() << dhcp << "E"
+            << ini + QStringList{"remove F:/_kelpieNet.ini"} + copies << "" << QByteArrayList{carried, {}};
+        QTest::newRow("boot volume without _kelpie.ini: a critical message, nothing stored")
+            << none << "1280x1024" << staticNet << "C" << none << "Path not found|Cannot find boot media C:\\"
+            << untouched;
+        for (const char *failing : {"readOnly=1", "freeBytes=0", "vanish"})
+            QTest::newRow(qPrintable(QString("nothing stored when %1").arg(failing)))
+                << QStringList{failing} << "1280x1024" << staticNet << "E" << none << "" << untouched;
+        QTest::newRow("nearly full stick: room for the small file alone")
+            << QStringList{"freeBytes=80"} << "1280x1024" << staticNet << "E" << netIni << ""
+            << QByteArrayList{old, staticNetIni};
+    }
+
+    void filesASaveTouches()
+    {
+        QFETCH(QStringList, target);
+        QFETCH(QString, resolution);
+        QFETCH(NetworkCondition, now);
+        QFETCH(QString, bootLetter);
+        QFETCH(QStringList, effects);
+        QFETCH(QString, message);
+        QFETCH(QByteArrayList, stick);
+        TestMachine m;
+        bootMachine(m);
+        const bool vanish = target.removeAll("vanish");
+        m.addStick('F', 2, target);
+        m.write("drives/F/_kelpie.ini", "imageLang=9\r\nbuild=old");
+        m.write("drives/F/_kelpieNet.ini", "ipAdd=old");
+        m.write("drives/F/Desktop.1/Users/Default/Desktop/old.lnk", "saved before");
+        const QString menu = "Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tools/m.lnk";
+        m.write("drives/X/" + menu, QByteArray(500, 'm'));
+        m.write(deskFolder + "d.lnk", QByteArray(500, 'd'));
+        m.write(deskFolder + "old.lnk", "newer, not saved");
+        const auto before = filesBelow(m, "drives/F");
+        Save s{{"X:/" + menu}, {"X:/Users/Default/Desktop/d.lnk", "X:/Users/Default/Desktop/old.lnk"}, now};
+        s.fill(resolution);
+        s.d.bootLetter = bootLetter;
+        s.tree()->setCurrentItem(s.tree()->topLevelItem(1));
+        if (vanish)
+            m.addStick('F', 2, {"present=0"});
+        QString shown;
+        QPointer<QTimer> watch = whenModal<QMessageBox>([&](QMessageBox *b) {
+            shown = b->windowTitle() + '|' + b->text();
+            QCOMPARE(b->icon(), QMessageBox::Critical);
+            b->done(QMessageBox::Ok);
+        });
+        s.button("pushButton")->click();
+        delete watch.data();
+        QCOMPARE(shown, message);
+        QCOMPARE(s.d.result(), int(QDialog::Accepted));
+        QVERIFY(!QApplication::overrideCursor());
+        QStringList seen;
+        for (const QString &line : m.journal().filter(QRegularExpression("^(write|remove)\t")))
+            seen << line.section('\t', 0, 1).replace('\t', ' ');
+        QCOMPARE(seen, effects);
+        QCOMPARE((QByteArrayList{m.read("drives/F/_kelpie.ini"), m.read("drives/F/_kelpieNet.ini")}), stick);
+        // A shortcut of that name already saved stays the old one; no temporary file is left behind.
+        QCOMPARE(m.read("drives/F/Desktop.1/Users/Default/Desktop/old.lnk"), QByteArray("saved before"));
+        const QString written = effects.join('\n').replace('\\', '/');
+        for (const QString &file : filesBelow(m, "drives/F").keys())
+            QVERIFY2(before.contains(file) || written.contains(file), qPrintable(file));
+    }
+
+    // What comes back from the saved folders (shortcuts follow their programs); the stick is kept.
+    void restore_data()
+    {
+        QTest::addColumn<QStringList>("saved");   // "file=content" of the machine before start-up
+        QTest::addColumn<QString>("volume");      // what findSavedVolume answers
+        QTest::addColumn<QStringList>("onX");     // "file=content" of X: afterwards
+        const QString desk = "Users/Default/Desktop/", lnk = "drives/E/Desktop.1/Users/t.lnk=";
+        const QString longPath = "Users/" + QString(150, 'p') + '/' + QString(150, 'q') + ".lnk=long";
+        const QString deep = QString(130, 'd') + '\\' + QString(130, 'e') + "\\t.exe";
+        QTest::newRow("a volume with Desktop.1 alone is found; the name ignores case")
+            << QStringList{"drives/E/DESKTOP.1/" + desk + "a.lnk=A"} << "E:/" << QStringList{desk + "a.lnk=A"};
+        QTest::newRow("with saved folders on two volumes the lower letter counts")
+            << QStringList{"drives/F/Start Menu.1/Users/m/f.lnk=F", "drives/D/Start Menu.1/Users/m/d.lnk=D"}
+            << "D:/" << QStringList{"Users/m/d.lnk=D"};
+        QTest::newRow("a file straight in the saved folder is never restored")
+            << QStringList{"drives/E/Desktop.1/loose.lnk=L", "drives/E/Desktop.1/Users/b.lnk=B"} << "E:/"
+            << QStringList{"Users/b.lnk=B"};
+        QTest::newRow("a file that exists keeps its content")
+            << QStringList{"drives/E/Desktop.1/" + desk + "a.lnk=saved", "drives/X/" + desk + "a.lnk=present"}
+            << "E:/" << QStringList{desk + "a.lnk=present"};
+        QTest::newRow("a file in the way of a folder: that one stays behind, the rest come back")
+            << QStringList{"drives/E/Desktop.1/Users/Blocked/a.lnk=A", "drives/E/Desktop.1/Users/Free/b.lnk=B",
+                           "drives/X/Users/Blocked=file"}
+            << "E:/" << QStringList{"Users/Blocked=file", "Users/Free/b.lnk=B"};
+        QTest::newRow("a saved folder on a drive that is not ready is not found")
+            << QStringList{"drives/N/Desktop.1/Users/a.lnk=A"} << "" << QStringList();
+        QTest::newRow("a path past 260 characters comes back whole")
+            << QStringList{"drives/E/Desktop.1/" + longPath} << "E:/" << QStringList{longPath};
+        QTest::newRow("shortcut: target still there under its old letter")
+            << QStringList{lnk + "->D:\\T\\t.exe|D:\\T", "drives/D/T/t.exe=MZ"} << "E:/"
+            << QStringList{"Users/t.lnk=->D:\\T\\t.exe|D:\\T"};
+        QTest::newRow("shortcut: found on another drive, target and folder follow")
+            << QStringList{lnk + "->D:\\T\\t.exe|D:\\T", "drives/F/T/t.exe=MZ", "drives/G/T/t.exe=MZ"} << "E:/"
+            << QStringList{"Users/t.lnk=->F:\\T\\t.exe|F:\\T"};
+        QTest::newRow("shortcut: found nowhere, or on a drive that is not ready only")
+            << QStringList{lnk + "->D:\\T\\t.exe|D:\\T", "drives/N/T/t.exe=MZ"} << "E:/"
+            << QStringList{"Users/t.lnk=->D:\\T\\t.exe|D:\\T"};
+        QTest::newRow("shortcut: one cut after its first byte is copied as it is")
+            << QStringList{lnk + "L", "drives/F/T/t.exe=MZ"} << "E:/" << QStringList{"Users/t.lnk=L"};
+        QTest::newRow("shortcut: a target past the 260-character buffer is left alone")
+            << QStringList{lnk + "->D:\\" + deep + '|', "drives/F/" + QString(deep).replace('\\', '/') + "=MZ"}
+            << "E:/" << QStringList{"Users/t.lnk=->D:\\" + deep + '|'};
+    }
+
+    void restore()
+    {
+        QFETCH(QStringList, saved);
+        QFETCH(QString, volume);
+        QFETCH(QStringList, onX);
+        TestMachine m;
+        m.addVolume('N', {"ready=0"});
+        for (const QString &entry : saved)
+            m.write(entry.section('=', 0, 0), contentOf(entry.section('=', 1)));
+        const QString root = findSavedVolume({"Start Menu.1", "Desktop.1"});
+        QCOMPARE(root, volume);
+        restoreSavedFiles(root.left(1));
+        QStringList seen;
+        const auto files = filesBelow(m, "drives/X/");
+        for (auto it = files.constBegin(); it != files.constEnd(); ++it)
+            seen << it.key() + '=' + textOf(it.value());
+        QCOMPARE(seen, onX);
+        for (const QString &entry : saved)
+            QCOMPARE(textOf(m.read(entry.section('=', 0, 0))), entry.section('=', 1));
+    }
+
+    // Only additions since the baseline written at start-up count.
+    void baseline_data()
+    {
+        QTest::addColumn<QStringList>("change");   // "+file" adds, "-file" deletes, "dir/" makes a folder
+        QTest::addColumn<QByteArray>("log");       // replaces the desktop log when not empty
+        QTest::addColumn<QStringList>("added");
+        const QString x = "X:/Users/Default/Desktop/";
+        QTest::newRow("a deleted file goes unnoticed, a renamed one counts as added")
+            << QStringList{"-a.lnk", "+renamed.lnk"} << QByteArray() << QStringList{x + "renamed.lnk"};
+        QTest::newRow("a file in a new sub-folder counts")
+            << QStringList{"+Sub/Deeper/s.lnk"} << QByteArray() << QStringList{x + "Sub/Deeper/s.lnk"};
+        QTest::newRow("an empty folder does not") << QStringList{"Empty/"} << QByteArray() << QStringList();
+        QTest::newRow("desktop.ini never counts")
+            << QStringList{"+DeskTop.INI"} << QByteArray() << QStringList{};
+        QTest::newRow("a log with mixed line ends and junk") << QStringList()
+            << QByteArray("\xff\xfe\0junk\nX:/Users/Default/Desktop/a.lnk\r\r\n"
+                          "\nX:/Users/Default/Desktop/b.lnk\r", 73)
+            << QStringList();
+        QTest::newRow("a log of one endless line") << QStringList()
+            << QByteArray(3 << 20, 'j') + "\nX:/Users/Default/Desktop/a.lnk" << QStringList{x + "b.lnk"};
+    }
+
+    void baseline()
+    {
+        QFETCH(QStringList, change);
+        QFETCH(QByteArray, log);
+        QFETCH(QStringList, added);
+        TestMachine m;
+        winPeMode = true;
+        m.write(deskFolder + "a.lnk", "a");
+        m.write(deskFolder + "b.lnk", "b");
+        m.write(deskFolder + "desktop.ini", "[.ShellClassInfo]");
+        writeConditionLogs();
+        QCOMPARE(m.read("drives/X/tmpReg/desktopCondition1.log"),
+                 QByteArray("X:/Users/Default/Desktop/a.lnk\r\nX:/Users/Default/Desktop/b.lnk\r\n"));
+        for (const QString &c : change) {
+            if (c.startsWith('+'))
+                m.write(deskFolder + c.mid(1), "new");
+            else if (c.startsWith('-'))
+                QVERIFY(QFile::remove(m.folder() + '/' + deskFolder + c.mid(1)));
+            else
+                QVERIFY(QDir().mkpath(m.folder() + '/' + deskFolder + c));
+        }
+        if (!log.isEmpty())
+            m.write("drives/X/tmpReg/desktopCondition1.log", log);
+        QStringList found;
+        QCOMPARE(findAddedFiles(found, desktopConditionLog, desktopPath), !added.isEmpty());
+        QCOMPARE(found, added);
+    }
 };
-
-// The pure formats: the saved _kelpie.ini, the free space text, the device name of a storage
-// descriptor; each row computes its text from its input.
-void TestSettings::formats_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    const auto composed = [](QByteArray source) {
-        QBuffer buffer(&source);
-        buffer.open(QIODevice::ReadOnly);
-        return composeKelpieSettings(readKelpieSettings(buffer));
-    };
-    // Every key empty; build stands last, so a row's build value is appended.
-    const QString none = "imageLang=\r\nlang=\r\ntmz=\r\nnetwork=\r\nfirewall=\r\ntimeout=\r\nscreenRes=\r\npwd=\r\nbuild=";
-    QTest::newRow("saved: arg and remDev are dropped, build ends the file without a line end")
-        << composed(bootIni)
-        << "imageLang=1033\r\nlang=en-US\r\ntmz=12\r\nnetwork=1\r\nfirewall=0\r\ntimeout=30\r\nscreenRes=1024x768\r\n"
-           "appRun=Zembra.exe\r\npwd=b64:c2VjcmV0\r\nbuild=2031";
-    QTest::newRow("saved: a missing key is written empty, an empty appRun leaves its line out")
-        << composed("imageLang=7\nappRun=\nbuild=1") << QString(none).replace("imageLang=", "imageLang=7") + "1";
-    QTest::newRow("saved: a marker inside a value is filled by a later step")
-        << composed("appRun=run%9\npwd=secret\nbuild=b")
-        << QString(none).replace("pwd=", "appRun=runsecret\r\npwd=secret") + "b";
-    QTest::newRow("saved: the second of two pwd lines is carried; keys stand at column 0, case counts")
-        << composed("pwd=one\r\npwd=two\r\n lang=x\r\nLang=y\r\nlang =z\r\nimageLang=abc")
-        << QString(none).replace("imageLang=", "imageLang=abc").replace("pwd=", "pwd=two");
-    QTest::newRow("saved: binary junk gives empty values")
-        << composed(QByteArray("\x00\xff\xfe\x01\x02imageLang=1\x00\n\x80\x81", 18)) << none;
-    QByteArray utf16("\xff\xfe");
-    for (char c : QByteArray("lang=de\r\n"))
-        utf16.append(c).append('\0');
-    QTest::newRow("saved: a UTF-16 file is not understood") << composed(utf16) << none;
-    QTest::newRow("saved: one line of 2 MB is passed over, the next still counts")
-        << composed(QByteArray(2 << 20, 'x') + "\nbuild=5") << none + "5";
-
-    QTest::newRow("free: rounded, 1.5 GiB") << freeSpaceText(1610612736) << "2 GB";
-    QTest::newRow("free: exactly 1 GiB belongs to MB") << freeSpaceText(1073741824) << "1024 MB";
-    QTest::newRow("free: one byte above 1 GiB") << freeSpaceText(1073741825) << "1 GB";
-    QTest::newRow("free: exactly 1 MiB belongs to KB") << freeSpaceText(1048576) << "1024 KB";
-    QTest::newRow("free: one byte above 1 MiB") << freeSpaceText(1048577) << "1 MB";
-    QTest::newRow("free: 1024 bytes stay bytes") << freeSpaceText(1024) << "1024 bytes";
-    QTest::newRow("free: 1025 bytes are 1 KB") << freeSpaceText(1025) << "1 KB";
-    QTest::newRow("free: a stick larger than 32 bits") << freeSpaceText(qint64(128) * 1073741824) << "128 GB";
-
-    const auto name = [](const QByteArray &bytes) { return deviceNameOf(parseStorageDescriptor(bytes)); };
-    QTest::newRow("device: vendor and product, each trimmed") << name(descriptor(40, 48)) << "ACME FLASH";
-    QTest::newRow("device: vendor offset 28 is below the first string") << name(descriptor(28, 48)) << "FLASH";
-    QTest::newRow("device: offset 29 is the first that counts")
-        << name(descriptor(29, 48).replace(29, 3, QByteArray("AB\0", 3))) << "AB FLASH";
-    QTest::newRow("device: an offset at the bytes returned is invalid") << name(descriptor(40, 56)) << "ACME ";
-    QTest::newRow("device: a string cut by the bytes returned ends there") << name(descriptor(40, 48, 52)) << "ACME FLA";
-    QTest::newRow("device: fewer bytes than the offsets") << name(QByteArray(14, '\x28')) << "";
-}
-
-void TestSettings::formats()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, expected);
-    QCOMPARE(text, expected);
-}
-
-void TestSettings::volumeWalk_data()
-{
-    QTest::addColumn<QStringList>("stickKeys");   // of the second stick, G:
-    QTest::addColumn<QString>("bootLetter");
-    QTest::addColumn<QStringList>("rows");        // description | free space | letter
-    QTest::addColumn<int>("current");
-    const QString e = "E: (KELPIE) on ACME FLASH|977 KB|E";
-    const QStringList both{e, "G: (KELPIE) on ACME FLASH|2 GB|G"};
-    QTest::newRow("the boot volume is selected wherever it stands") << QStringList{"freeBytes=1610612736"} << "g"
-                                                                    << both << 1;
-    QTest::newRow("otherwise the first row") << QStringList{"freeBytes=1610612736"} << "X" << both << 0;
-    // A USB disk that reports fixed media, or one whose device fails at any step.
-    for (const char *failing : {"mediaType=fixed", "ready=0", "opens=0", "answersGeometry=0", "answersPartition=0",
-                                "present=0"})
-        QTest::newRow(qPrintable(QString("no row when %1").arg(failing))) << QStringList{failing} << "E"
-                                                                         << QStringList{e} << 0;
-    QTest::newRow("no device name: the row ends behind on")
-        << QStringList{"answersDescriptor=0", "freeBytes=1024"} << "E" << QStringList{e, "G: (KELPIE) on |1024 bytes|G"}
-        << 0;
-    QTest::newRow("no label: the root path stands for it")
-        << QStringList{"label=", "freeBytes=2048"} << "E" << QStringList{e, "G: (G:/) on ACME FLASH|2 KB|G"} << 0;
-}
-
-void TestSettings::volumeWalk()
-{
-    QFETCH(QStringList, stickKeys);
-    QFETCH(QString, bootLetter);
-    QFETCH(QStringList, rows);
-    QFETCH(int, current);
-    TestMachine m;
-    bootMachine(m);
-    m.addStick('G', 2, stickKeys);
-    m.addDrive('H');   // a folder-backed drive: no device behind it
-    saveChangingDialog d;
-    d.bootLetter = bootLetter;
-    d.refreshUsbDevices();
-    QStringList seen, letters;
-    for (int i = 0; i < tree(d)->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *item = tree(d)->topLevelItem(i);
-        seen << item->text(0) + '|' + item->text(1) + '|' + item->text(2);
-        letters << item->text(2);
-    }
-    QCOMPARE(seen, rows);
-    QCOMPARE(tree(d)->indexOfTopLevelItem(tree(d)->currentItem()), current);
-    QCOMPARE(listRemovableVolumes(), letters);
-}
-
-void TestSettings::groupsAndSaveButton()
-{
-    TestMachine m;
-    bootMachine(m);
-    Changes c;
-    c.desktop = QStringList{"X:/Users/Default/Desktop/a.lnk", "X:/Users/Default/Desktop/Sub/b.lnk"};
-    saveChangingDialog d;
-    d.startMenuText = "kept from before";
-    prepare(d, c, false, "800x600");
-
-    // A group with nothing to store is dead: unchecked, its help button off; its text is kept.
-    QVERIFY(!box(d, "checkBox")->isEnabled() && !box(d, "checkBox")->isChecked());
-    QVERIFY(!d.findChild<QToolButton *>("toolButton")->isEnabled());
-    QVERIFY(!box(d, "checkBox_3")->isEnabled() && !box(d, "checkBox_3")->isChecked());
-    QCOMPARE(d.startMenuText, QString("kept from before"));
-    QVERIFY(box(d, "checkBox_2")->isChecked() && box(d, "checkBox_4")->isChecked());
-    QCOMPARE(d.displayText, QString("Display Resolution: 800x600"));
-    QCOMPARE(d.desktopText, QString("a.lnk\nb.lnk\n"));
-
-    // Save needs one checked box and a chosen volume.
-    box(d, "checkBox_2")->setChecked(false);
-    QVERIFY(button(d, "pushButton")->isEnabled());
-    box(d, "checkBox_4")->setChecked(false);
-    QVERIFY(!button(d, "pushButton")->isEnabled());
-    box(d, "checkBox_4")->setChecked(true);
-    QVERIFY(button(d, "pushButton")->isEnabled());
-    tree(d)->setCurrentItem(nullptr);
-    QVERIFY(!button(d, "pushButton")->isEnabled());
-
-    // No removable volume at all: the list is empty and only Skip leads out.
-    m.write("machine.ini", m.read("machine.ini").replace("removable", "fixed"));
-    d.refreshUsbDevices();
-    QCOMPARE(tree(d)->topLevelItemCount(), 0);
-    QVERIFY(!button(d, "pushButton")->isEnabled());
-    button(d, "pushButton_2")->click();
-    QCOMPARE(d.result(), int(QDialog::Rejected));
-}
-
-void TestSettings::filesASaveTouches_data()
-{
-    QTest::addColumn<QStringList>("target");     // keys of the target stick F:, the boot medium being E:
-    QTest::addColumn<bool>("vanish");            // F: goes between the listing and Save
-    QTest::addColumn<bool>("network");
-    QTest::addColumn<QString>("resolution");
-    QTest::addColumn<NetworkCondition>("now");
-    QTest::addColumn<QString>("bootLetter");
-    QTest::addColumn<QStringList>("effects");
-    QTest::addColumn<QString>("message");        // title and text of a message box, if one is shown
-    QTest::addColumn<QByteArray>("kelpieIni");   // F:/_kelpie.ini afterwards
-    QTest::addColumn<QByteArray>("netIni");      // F:/_kelpieNet.ini afterwards
-    const NetworkCondition dhcp{1, 0, 1, {}, {}, {}, {}, {}};
-    const QStringList copies{"write F:\\Start Menu.1\\Users\\Default\\AppData\\Roaming\\Microsoft\\Windows\\Start Menu\\Programs\\Tools\\m.lnk",
-                             "write F:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk"};
-    const QStringList ini{"write F:/_kelpie.ini"}, none;
-    const QByteArray old = "imageLang=9\r\nbuild=old", oldNet = "ipAdd=old";
-    const QByteArray firewallOn = composedBootIni().replace("firewall=0", "firewall=1");
-    QTest::newRow("start menu and desktop only: neither ini file is touched")
-        << none << false << false << QString() << staticNet() << "E" << copies << "" << old << oldNet;
-    QTest::newRow("display: _kelpie.ini carried from the boot medium with the new resolution")
-        << none << false << false << "1280x1024" << staticNet() << "E" << ini + copies << ""
-        << composedBootIni().replace("1024x768", "1280x1024") << oldNet;
-    QTest::newRow("network, static: both ini files")
-        << none << false << true << QString() << staticNet() << "E" << ini + QStringList{"write F:/_kelpieNet.ini"} + copies
-        << "" << firewallOn << staticNetIni;
-    QTest::newRow("network by DHCP removes an old _kelpieNet.ini")
-        << none << false << true << QString() << dhcp << "E" << ini + QStringList{"remove F:/_kelpieNet.ini"} + copies
-        << "" << composedBootIni() << QByteArray();
-    QTest::newRow("a static address that is empty leaves the old _kelpieNet.ini")
-        << none << false << true << QString() << staticNet(QString()) << "E" << ini + copies << "" << firewallOn << oldNet;
-    QTest::newRow("boot volume without _kelpie.ini: a critical message, nothing stored")
-        << none << false << true << "1280x1024" << staticNet() << "C" << none
-        << "Path not found|Cannot find boot media C:\\" << old << oldNet;
-    QTest::newRow("boot letter unknown") << none << false << true << QString() << staticNet() << "" << none
-                                         << "Path not found|Cannot find boot media :\\" << old << oldNet;
-    // Failures on the stick are silent and lose nothing; the steps that fit still run.
-    QTest::newRow("read-only stick") << QStringList{"readOnly=1"} << false << true << "1280x1024" << staticNet() << "E"
-                                     << none << "" << old << oldNet;
-    QTest::newRow("full stick") << QStringList{"freeBytes=0"} << false << true << "1280x1024" << staticNet() << "E"
-                                << none << "" << old << oldNet;
-    QTest::newRow("nearly full stick: room for the small file alone")
-        << QStringList{"freeBytes=80"} << false << true << "1280x1024" << staticNet() << "E"
-        << QStringList{"write F:/_kelpieNet.ini"} << "" << old << staticNetIni;
-    QTest::newRow("stick gone between the listing and Save")
-        << none << true << true << "1280x1024" << staticNet() << "E" << none << "" << old << oldNet;
-}
-
-void TestSettings::filesASaveTouches()
-{
-    QFETCH(QStringList, target);
-    QFETCH(bool, vanish);
-    QFETCH(bool, network);
-    QFETCH(QString, resolution);
-    QFETCH(NetworkCondition, now);
-    QFETCH(QString, bootLetter);
-    QFETCH(QStringList, effects);
-    QFETCH(QString, message);
-    QFETCH(QByteArray, kelpieIni);
-    QFETCH(QByteArray, netIni);
-    TestMachine m;
-    bootMachine(m);
-    m.addStick('F', 2, target);
-    m.write("drives/F/_kelpie.ini", "imageLang=9\r\nbuild=old");
-    m.write("drives/F/_kelpieNet.ini", "ipAdd=old");
-    m.write("drives/F/Desktop.1/Users/Default/Desktop/old.lnk", "saved before");
-    m.write(menuFolder + "Tools/m.lnk", QByteArray(500, 'm'));
-    m.write(deskFolder + "d.lnk", QByteArray(500, 'd'));
-    m.write(deskFolder + "old.lnk", "newer, not saved");
-    const auto before = filesBelow(m, "drives/F");
-    Changes c;
-    c.startMenu = QStringList{"X:/Users/Default/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tools/m.lnk"};
-    c.desktop = QStringList{"X:/Users/Default/Desktop/d.lnk", "X:/Users/Default/Desktop/old.lnk"};
-    c.now = now;
-    saveChangingDialog d;
-    prepare(d, c, network, resolution);
-    d.bootLetter = bootLetter;
-    tree(d)->setCurrentItem(tree(d)->topLevelItem(1));
-    QCOMPARE(tree(d)->currentItem()->text(2), QString("F"));
-    if (vanish)
-        m.addStick('F', 2, {"present=0"});
-    QString shown;
-    QPointer<QTimer> watch = whenModal<QMessageBox>([&](QMessageBox *b) {
-        shown = b->windowTitle() + '|' + b->text();
-        QCOMPARE(b->icon(), QMessageBox::Critical);
-        b->done(QMessageBox::Ok);
-    });
-    button(d, "pushButton")->click();
-    delete watch.data();
-
-    QCOMPARE(shown, message);
-    QCOMPARE(d.result(), int(QDialog::Accepted));
-    QVERIFY(!QApplication::overrideCursor());
-    QCOMPARE(fileEffects(m), effects);
-    QCOMPARE(m.read("drives/F/_kelpie.ini"), kelpieIni);
-    QCOMPARE(m.read("drives/F/_kelpieNet.ini"), netIni);
-    // A shortcut of that name already saved stays the old one; no temporary file is left behind.
-    QCOMPARE(m.read("drives/F/Desktop.1/Users/Default/Desktop/old.lnk"), QByteArray("saved before"));
-    QCOMPARE(m.read("drives/F/Desktop.1/Users/Default/Desktop/d.lnk"),
-             effects.contains("write F:\\Desktop.1\\Users\\Default\\Desktop\\d.lnk") ? QByteArray(500, 'd') : QByteArray());
-    QStringList files = before.keys();
-    for (const QString &effect : effects)
-        files << effect.section(':', 1).replace('\\', '/');
-    files.removeAll("/_kelpieNet.ini");
-    if (!netIni.isEmpty())
-        files << "/_kelpieNet.ini";
-    files.removeDuplicates();
-    files.sort();
-    QCOMPARE(filesBelow(m, "drives/F").keys(), files);
-}
-
-void TestSettings::restore_data()
-{
-    QTest::addColumn<QStringList>("saved");      // "file=content" of the machine before start-up
-    QTest::addColumn<QString>("volume");         // what findSavedVolume answers
-    QTest::addColumn<QStringList>("onX");        // "file=content" of X: afterwards
-    const QString desk = "Users/Default/Desktop/";
-    const QString longPath = "Users/" + QString(150, 'p') + '/' + QString(150, 'q') + ".lnk=long";
-    QTest::newRow("a volume with Desktop.1 alone is found and restored")
-        << QStringList{"drives/E/Desktop.1/" + desk + "a.lnk=A"} << "E:/" << QStringList{desk + "a.lnk=A"};
-    QTest::newRow("the saved folder's name ignores case")
-        << QStringList{"drives/E/DESKTOP.1/" + desk + "a.lnk=A"} << "E:/" << QStringList{desk + "a.lnk=A"};
-    QTest::newRow("with saved folders on two volumes the lower letter counts")
-        << QStringList{"drives/F/Start Menu.1/Users/m/f.lnk=F", "drives/D/Start Menu.1/Users/m/d.lnk=D"} << "D:/"
-        << QStringList{"Users/m/d.lnk=D"};
-    QTest::newRow("a file straight in the saved folder is never restored")
-        << QStringList{"drives/E/Desktop.1/loose.lnk=L", "drives/E/Desktop.1/Users/b.lnk=B"} << "E:/"
-        << QStringList{"Users/b.lnk=B"};
-    QTest::newRow("a file that exists keeps its content")
-        << QStringList{"drives/E/Desktop.1/" + desk + "a.lnk=saved", "drives/X/" + desk + "a.lnk=present"} << "E:/"
-        << QStringList{desk + "a.lnk=present"};
-    QTest::newRow("a file in the way of a folder: that one stays behind, the rest come back")
-        << QStringList{"drives/E/Desktop.1/Users/Blocked/a.lnk=A", "drives/E/Desktop.1/Users/Free/b.lnk=B",
-                       "drives/X/Users/Blocked=file"}
-        << "E:/" << QStringList{"Users/Blocked=file", "Users/Free/b.lnk=B"};
-    QTest::newRow("a saved folder on a drive that is not ready is not found")
-        << QStringList{"drives/N/Desktop.1/Users/a.lnk=A"} << "" << QStringList();
-    QTest::newRow("a path past 260 characters comes back whole")
-        << QStringList{"drives/E/Desktop.1/" + longPath} << "E:/" << QStringList{longPath};
-}
-
-void TestSettings::restore()
-{
-    QFETCH(QStringList, saved);
-    QFETCH(QString, volume);
-    QFETCH(QStringList, onX);
-    TestMachine m;
-    m.addVolume('N', {"ready=0"});
-    for (const QString &entry : saved)
-        m.write(entry.section('=', 0, 0), entry.section('=', 1).toUtf8());
-    const QString root = findSavedVolume({"Start Menu.1", "Desktop.1"});
-    QCOMPARE(root, volume);
-    restoreSavedFiles(root.left(1));
-    QStringList seen;
-    const auto files = filesBelow(m, "drives/X/");
-    for (auto it = files.constBegin(); it != files.constEnd(); ++it)
-        seen << it.key() + '=' + QString::fromUtf8(it.value());
-    QCOMPARE(seen, onX);
-}
-
-void TestSettings::retarget_data()
-{
-    QTest::addColumn<QByteArray>("shortcut");   // the saved file
-    QTest::addColumn<QStringList>("programs");   // files on the machine
-    QTest::addColumn<QString>("target");         // afterwards; empty: the file is as saved
-    QTest::addColumn<QString>("workingDirectory");
-    const QByteArray onD = shelllink::write(shelllink::make("D:\\Tools\\t.exe", "D:\\Tools"));
-    QTest::newRow("target still there under its old letter") << onD << QStringList{"D/Tools/t.exe"} << "" << "";
-    QTest::newRow("found on another drive: target and folder follow")
-        << onD << QStringList{"F/Tools/t.exe", "G/Tools/t.exe"} << "F:\\Tools\\t.exe" << "F:\\Tools";
-    QTest::newRow("an empty working directory stays empty")
-        << shelllink::write(shelllink::make("D:\\Tools\\t.exe")) << QStringList{"G/Tools/t.exe"} << "G:\\Tools\\t.exe"
-        << "";
-    QTest::newRow("found nowhere") << onD << QStringList() << "" << "";
-    QTest::newRow("on a drive that is not ready only") << onD << QStringList{"N/Tools/t.exe"} << "" << "";
-    QTest::newRow("a truncated shortcut") << onD.left(90) << QStringList{"F/Tools/t.exe"} << "" << "";
-    const QString deep = QString(130, 'd') + '\\' + QString(130, 'e') + "\\t.exe";
-    QTest::newRow("a target past the 260-character buffer is left alone")
-        << shelllink::write(shelllink::make("D:\\" + deep)) << QStringList{"F/" + QString(deep).replace('\\', '/')}
-        << "" << "";
-}
-
-void TestSettings::retarget()
-{
-    QFETCH(QByteArray, shortcut);
-    QFETCH(QStringList, programs);
-    QFETCH(QString, target);
-    QFETCH(QString, workingDirectory);
-    TestMachine m;
-    m.addDrive('D');
-    m.addVolume('N', {"ready=0"});
-    for (const QString &p : programs)
-        m.write("drives/" + p, "MZ");
-    m.write("drives/E/Desktop.1/Users/Default/Desktop/t.lnk", shortcut);
-    restoreSavedFiles("E");
-    const QByteArray restored = m.read(deskFolder + "t.lnk");
-    // The saved copy on the stick keeps the old letter.
-    QCOMPARE(m.read("drives/E/Desktop.1/Users/Default/Desktop/t.lnk"), shortcut);
-    if (target.isEmpty()) {
-        QCOMPARE(restored, shortcut);
-        return;
-    }
-    shelllink::Link link;
-    QVERIFY(shelllink::read(restored, &link));
-    QCOMPARE(link.target, target);
-    QCOMPARE(link.workingDirectory, workingDirectory);
-}
-
-void TestSettings::baseline_data()
-{
-    QTest::addColumn<bool>("peMode");
-    QTest::addColumn<QStringList>("change");     // "+file" adds, "-file" deletes, "dir/" makes a folder
-    QTest::addColumn<QByteArray>("log");         // replaces the desktop log when not empty
-    QTest::addColumn<QStringList>("added");
-    const QString x = "X:/Users/Default/Desktop/";
-    QTest::newRow("a deleted file goes unnoticed") << true << QStringList{"-a.lnk"} << QByteArray() << QStringList();
-    QTest::newRow("a renamed file counts as added")
-        << true << QStringList{"-a.lnk", "+renamed.lnk"} << QByteArray() << QStringList{x + "renamed.lnk"};
-    QTest::newRow("a file in a new sub-folder counts")
-        << true << QStringList{"+Sub/Deeper/s.lnk"} << QByteArray() << QStringList{x + "Sub/Deeper/s.lnk"};
-    QTest::newRow("an empty folder does not") << true << QStringList{"Empty/"} << QByteArray() << QStringList();
-    QTest::newRow("desktop.ini never counts") << true << QStringList{"+DeskTop.INI"} << QByteArray() << QStringList();
-    QTest::newRow("outside Windows PE no log is written: everything counts")
-        << false << QStringList() << QByteArray() << QStringList{x + "a.lnk", x + "b.lnk"};
-    QTest::newRow("the log is compared ignoring case")
-        << true << QStringList() << QByteArray("X:/USERS/DEFAULT/DESKTOP/A.LNK\r\nx:/users/default/desktop/b.lnk")
-        << QStringList();
-    QTest::newRow("a log with mixed line ends and junk")
-        << true << QStringList()
-        << QByteArray("\xff\xfe\0junk\nX:/Users/Default/Desktop/a.lnk\r\r\n\nX:/Users/Default/Desktop/b.lnk\r", 73)
-        << QStringList();
-    QTest::newRow("a log of one endless line")
-        << true << QStringList() << QByteArray(3 << 20, 'j') + "\nX:/Users/Default/Desktop/a.lnk"
-        << QStringList{x + "b.lnk"};
-}
-
-void TestSettings::baseline()
-{
-    QFETCH(bool, peMode);
-    QFETCH(QStringList, change);
-    QFETCH(QByteArray, log);
-    QFETCH(QStringList, added);
-    TestMachine m;
-    winPeMode = peMode;
-    m.write(deskFolder + "a.lnk", "a");
-    m.write(deskFolder + "b.lnk", "b");
-    m.write(deskFolder + "desktop.ini", "[.ShellClassInfo]");
-    writeConditionLogs();
-    QCOMPARE(m.read("drives/X/tmpReg/desktopCondition1.log"),
-             peMode ? QByteArray("X:/Users/Default/Desktop/a.lnk\r\nX:/Users/Default/Desktop/b.lnk\r\n") : QByteArray());
-    for (const QString &c : change) {
-        if (c.startsWith('+'))
-            m.write(deskFolder + c.mid(1), "new");
-        else if (c.startsWith('-'))
-            QVERIFY(QFile::remove(m.folder() + '/' + deskFolder + c.mid(1)));
-        else
-            QVERIFY(QDir().mkpath(m.folder() + '/' + deskFolder + c));
-    }
-    if (!log.isEmpty())
-        m.write("drives/X/tmpReg/desktopCondition1.log", log);
-    QStringList found;
-    QCOMPARE(findAddedFiles(found, desktopConditionLog, desktopPath), !added.isEmpty());
-    QCOMPARE(found, added);
-}
 
 KELPIE_TEST_MAIN(TestSettings)
 #include "tst_settings.moc"

@@ -51,7 +51,6 @@ private slots:
             row(rule, languageCode(quint16(id)) + languageLabel(quint16(id)), code + white + "<B>" + code + "</p>");
         };
         language("the language table's first row", 1028, "TW");
-        language("a row between", 1049, "RU");
         language("the language table's last row", 3076, "HK");
         language("an id inside the table's range but missing: EN", 1032, "EN");
         language("another sublanguage: EN", 0x0c07, "EN");

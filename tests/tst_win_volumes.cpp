@@ -1,118 +1,84 @@
-// The Win32 volumes room against the real system (under Wine in CI): volumes and the disks under
-// them, the shell's writes on a drive, and shortcut files through the shell link object, read
-// and written alongside the portable Shell Link reader. Where Wine has no answer, QSKIP says why.
+// The Win32 volumes room against the real system (under Wine in CI): volumes, disks, writes and
+// shortcut files; where Wine has no answer, QSKIP says why.
 
 #include "platform/shelllink/shelllink.h"
 #include "platform/win/winplatform.h"
 #include "testmain.h"
 
-#include <QDir>
-#include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
-
-namespace {
-
-// A folder with short names only (the temporary folder's path has them), so the shell link
-// object's short paths equal the long ones.
-struct ShortFolder {
-    ShortFolder() : path(QDir::tempPath() + QString("/kv%1").arg(QCoreApplication::applicationPid() % 10000))
-    {
-        QDir().mkpath(path + "/bin");
-        QFile exe(path + "/bin/t.exe");
-        if (exe.open(QIODevice::WriteOnly))
-            exe.write("MZ");
-    }
-    ~ShortFolder() { QDir(path).removeRecursively(); }
-    QString native(const QString &relative) const { return QDir::toNativeSeparators(path + '/' + relative); }
-    QString path;
-};
-
-} // namespace
 
 class WinVolumesTest : public QObject {
     Q_OBJECT
+    WinPlatform win;
+
 private slots:
     void initTestCase() { win.prepareShellLinks(); }
 
-    void systemDriveAnswers();
-    void diskUnderTheSystemDrive();
-    void writesReplaceWhole();
-    void shortcutsThroughTheShellLinkObject();
+    void systemDriveAndItsDisk()
+    {
+        const VolumeSpace space = win.volumeSpace('C');
+        QVERIFY(space.ready && space.bytesFree > 0 && !space.displayName.isEmpty());
+        QVERIFY(!win.volumeSpace('Q').ready || QDir("Q:/").exists());
+        QVERIFY(!win.volumeOpens("\\\\.\\Q:") || QDir("Q:/").exists());
+        if (!win.volumeOpens("\\\\.\\C:"))
+            QSKIP("this system does not open the volume device of a folder-backed C: drive");
+        const DeviceNumberAnswer number = win.volumeDeviceNumber("\\\\.\\C:");
+        if (!number.opened || !number.ok)
+            QSKIP("no device number for C: (a folder-backed drive under Wine has no disk behind it)");
+        QCOMPARE(number.bytesReturned, quint32(12));
+        const PhysicalDriveAnswer drive = win.physicalDrive(number.deviceNumber);
+        if (!drive.opened || !drive.geometryOk)
+            QSKIP("the physical drive of C: does not answer its geometry here");
+        QVERIFY(drive.mediaType == 11 || drive.mediaType == 12);
+        const StorageDescriptorAnswer descriptor = win.storageDescriptor("\\\\.\\C:");
+        if (!descriptor.ok)
+            QSKIP("the storage property query is not answered for C: here");
+        QVERIFY(descriptor.bytes.size() >= 40 && descriptor.bytes.size() <= 4096);
+    }
 
-private:
-    WinPlatform win;
+    void writesReplaceWhole()
+    {
+        QTemporaryDir dir;
+        const QString folder = dir.path() + "/Desktop.1", file = folder + "/_kelpie.ini";
+        QVERIFY(dir.isValid() && win.makeFolder(folder) && !win.makeFolder(folder));
+        QVERIFY(win.saveFile(file, "imageLang=1\r\nbuild=old") && win.saveFile(file, "build=new"));
+        QFile read(file);
+        QVERIFY(read.open(QIODevice::ReadOnly) && read.readAll() == "build=new");
+        read.close();   // an open file cannot be removed on Windows
+        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"_kelpie.ini"});   // no temporary left
+        QVERIFY(!win.saveFile(dir.path() + "/missing/x.ini", "x"));
+        QVERIFY(win.removeFile(file) && !win.removeFile(file));
+    }
+
+    // Our shortcuts and the shell link object's read each other; a damaged or missing one loads for neither.
+    void shortcutsThroughTheShellLinkObject()
+    {
+        // Short names only (the temporary folder's path has them): the object's paths equal ours.
+        const QString root = QDir::toNativeSeparators(QDir::tempPath())
+                             + QString("\\kv%1").arg(QCoreApplication::applicationPid() % 10000);
+        const QString link = root + "\\t.lnk", bin = root + "\\bin", exe = bin + "\\t.exe";
+        const auto cleanUp = qScopeGuard([&] { QDir(root).removeRecursively(); });
+        QFile program(exe);
+        QVERIFY(QDir().mkpath(bin) && program.open(QIODevice::WriteOnly) && program.write("MZ") == 2);
+        program.close();
+        QVERIFY(shelllink::writeFile(link, shelllink::make(exe, bin)));
+        const ShortcutAnswer answer = win.readShortcut(link);
+        QVERIFY(answer.loaded);
+        QCOMPARE((answer.target + '|' + answer.workingDirectory).toUpper(), (exe + '|' + bin).toUpper());
+        QVERIFY(shelllink::writeFile(link, shelllink::make("D:\\gone\\t.exe", "D:\\gone")));
+        QVERIFY(win.writeShortcut(link, exe, bin));
+        shelllink::Link read;
+        QVERIFY(shelllink::readFile(link, &read));
+        QCOMPARE((read.target + '|' + read.workingDirectory).toUpper(), (exe + '|' + bin).toUpper());
+        QFile bad(link);
+        QVERIFY(bad.open(QIODevice::WriteOnly));
+        bad.write(shelllink::write(shelllink::make("C:\\a.exe")).left(30));
+        bad.close();
+        QVERIFY(!win.readShortcut(link).loaded && !win.writeShortcut(link, "C:\\b.exe", QString()));
+        QVERIFY(!win.readShortcut(root + "\\none.lnk").loaded);
+    }
 };
-
-void WinVolumesTest::systemDriveAnswers()
-{
-    const VolumeSpace space = win.volumeSpace('C');
-    QVERIFY(space.ready && space.bytesFree > 0 && !space.displayName.isEmpty());
-    QVERIFY(!win.volumeSpace('Q').ready || QDir("Q:/").exists());
-    QVERIFY(!win.volumeOpens("\\\\.\\Q:") || QDir("Q:/").exists());
-    if (!win.volumeOpens("\\\\.\\C:"))
-        QSKIP("this system does not open the volume device of a folder-backed C: drive");
-}
-
-void WinVolumesTest::diskUnderTheSystemDrive()
-{
-    const DeviceNumberAnswer number = win.volumeDeviceNumber("\\\\.\\C:");
-    if (!number.opened || !number.ok)
-        QSKIP("no device number for C: (a folder-backed drive under Wine has no disk behind it)");
-    QCOMPARE(number.bytesReturned, quint32(12));
-    const PhysicalDriveAnswer drive = win.physicalDrive(number.deviceNumber);
-    if (!drive.opened || !drive.geometryOk)
-        QSKIP("the physical drive of C: does not answer its geometry here");
-    QVERIFY(drive.mediaType == 11 || drive.mediaType == 12);
-    const StorageDescriptorAnswer descriptor = win.storageDescriptor("\\\\.\\C:");
-    if (!descriptor.ok)
-        QSKIP("the storage property query is not answered for C: here");
-    QVERIFY(descriptor.bytes.size() >= 40 && descriptor.bytes.size() <= 4096);
-}
-
-void WinVolumesTest::writesReplaceWhole()
-{
-    QTemporaryDir dir;
-    const QString folder = dir.path() + "/Desktop.1";
-    QVERIFY(dir.isValid() && win.makeFolder(folder));
-    QVERIFY(!win.makeFolder(folder));   // exists
-    const QString file = folder + "/_kelpie.ini";
-    QVERIFY(win.saveFile(file, "imageLang=1\r\nbuild=old") && win.saveFile(file, "build=new"));
-    QFile read(file);
-    QVERIFY(read.open(QIODevice::ReadOnly));
-    QCOMPARE(read.readAll(), QByteArray("build=new"));
-    read.close();
-    QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"_kelpie.ini"});   // no temporary left
-    QVERIFY(!win.saveFile(dir.path() + "/missing/x.ini", "x"));
-    QVERIFY(win.removeFile(file) && !win.removeFile(file));
-}
-
-// A shortcut our writer made is read by the shell link object; retargeted by the shell link
-// object, it is read back by our reader.
-void WinVolumesTest::shortcutsThroughTheShellLinkObject()
-{
-    ShortFolder f;
-    const QString link = f.native("t.lnk");
-    QVERIFY(shelllink::writeFile(link, shelllink::make(f.native("bin\\t.exe"), f.native("bin"))));
-    const ShortcutAnswer answer = win.readShortcut(link);
-    QVERIFY(answer.loaded);
-    const QString expected = (f.native("bin\\t.exe") + '|' + f.native("bin")).toUpper();
-    QCOMPARE((answer.target + '|' + answer.workingDirectory).toUpper(), expected);
-
-    QVERIFY(shelllink::writeFile(link, shelllink::make("D:\\gone\\t.exe", "D:\\gone")));
-    QVERIFY(win.writeShortcut(link, f.native("bin\\t.exe"), f.native("bin")));
-    shelllink::Link read;
-    QVERIFY(shelllink::readFile(link, &read));
-    QCOMPARE((read.target + '|' + read.workingDirectory).toUpper(), expected);
-
-    // A damaged shortcut loads neither for reading nor for a new target; a missing one neither.
-    QFile bad(link);
-    QVERIFY(bad.open(QIODevice::WriteOnly));
-    bad.write(shelllink::write(shelllink::make("C:\\a.exe")).left(30));
-    bad.close();
-    QVERIFY(!win.readShortcut(link).loaded);
-    QVERIFY(!win.writeShortcut(link, "C:\\b.exe", QString()));
-    QVERIFY(!win.readShortcut(f.native("none.lnk")).loaded);
-}
 
 KELPIE_TEST_MAIN(WinVolumesTest)
 #include "tst_win_volumes.moc"

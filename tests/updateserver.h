@@ -4,14 +4,12 @@
 // the suite. Where a server already runs for the suite (the Windows suites under Wine, which
 // cannot start a Linux python3) its port is read from updateserver.port beside the suite.
 
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QFile>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QProcess>
 #include <QTcpServer>
-#include <QTimer>
+#include <QtTest>
+#include <memory>
 
 class UpdateServer {
 public:
@@ -60,15 +58,11 @@ public:
         return QStringLiteral("http://127.0.0.1:%1/down").arg(free);
     }
     // Lets a reply held by gate=<key> go on; waits for the server's answer.
-    void release(const QString &key) const
+    bool release(const QString &key) const
     {
         QNetworkAccessManager manager;
-        QNetworkReply *reply = manager.get(QNetworkRequest(QUrl(base() + QStringLiteral("/release/") + key)));
-        QEventLoop loop;
-        QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-        QTimer::singleShot(30000, &loop, &QEventLoop::quit);
-        loop.exec();
-        delete reply;
+        const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(QUrl(base() + "/release/" + key))));
+        return QTest::qWaitFor([&]() { return reply->isFinished(); }, 30000);
     }
     int port = 0;
     QString error;
