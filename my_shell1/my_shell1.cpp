@@ -63,9 +63,9 @@ my_shell1::my_shell1(QWidget *parent)
     setStyleSheet(menuStyleFor(menuStyle, QStringLiteral("myMenu")));
     ui.setupUi(this);
     ui.label_5->clear();
-    // Of the panel's pictures only the strip and the edge are ever drawn; panel1.png and
-    // panel3.png are left undecoded.
     panelPixmap.load(shellResource("panel2.png"));
+    panelPixmap1.load(shellResource("panel1.png"));
+    panelPixmap3.load(shellResource("panel3.png"));
     edgePixmap.load(shellResource("kant.png"));
 
     resize(screenWidth, 64);

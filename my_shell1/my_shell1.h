@@ -149,6 +149,8 @@ public:
     analog_clock *clock = nullptr;
     int adapterPollCount = 0;
     QPixmap panelPixmap;    // panel2.png: the strip
+    QPixmap panelPixmap1;   // panel1.png
+    QPixmap panelPixmap3;   // panel3.png
     QPixmap edgePixmap;     // kant.png: the 3-pixel edge
     QPixmap unusedPixmap;   // never loaded
     myMenu *mainMenu = nullptr;

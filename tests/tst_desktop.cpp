@@ -5,6 +5,7 @@
 
 #include "desktop/dektopwidget.h"
 #include "desktop/my_toolbutton.h"
+#include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 
 #include <QMenu>
@@ -51,6 +52,7 @@ private slots:
         resetGlobals();
         screenWidth = 1024;
         screenHeight = 768;
+        menuStyle = menuStyleSheet();
         m = std::make_unique<TestMachine>();
     }
     void cleanup() { m.reset(); }
@@ -79,6 +81,10 @@ private slots:
         const my_ToolButton *first = d.desktopButtons.at(0);
         QCOMPARE(first->geometry(), QRect(20, 20, 110, 60));
         QCOMPARE(first->icon().pixmap(32, 32).toImage(), QPixmap::fromImage(m->sim->shellIcon(first->path)).toImage());
+        // White text on the desktop's blue; the button's menu wears the menu colours.
+        const QImage menu = first->menu->grab().toImage();
+        QCOMPARE(QColor(menu.pixel(menu.width() - 4, menu.height() / 2)), QColor(0x13, 0x4c, 0x78));
+        QCOMPARE(first->palette().color(QPalette::ButtonText), QColor(Qt::white));
     }
 
     // Laid out again on a new screen: the title box, the wait panel and the grid move.

@@ -11,6 +11,7 @@
 #include "launcher/my_action.h"
 #include "launcher/my_pushbutton.h"
 #include "launcher/mybutton.h"
+#include "look/stylesheets.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
 
@@ -172,6 +173,7 @@ private slots:
     {
         appRun = QStringLiteral("Zembra.exe");
         appArg = QStringLiteral(" -a");
+        menuStyle = menuStyleSheet();
         removableBoot = true;
         mediumDiskNumber = 1;
         auto s = shell("menuItem=1|100|Early|i.png|early.exe||\ntoRun=net|-x\nmainMenu=1|Tools|t.png\nmainMenu=0|Orphans|o.png\n"
@@ -213,6 +215,12 @@ private slots:
         QCOMPARE(m->journalOf("start"), QStringList({startLine("tools\\d.exe", "a/b"), startLine("ping.exe", "-t"),
                                                      startLine("menu.exe", ""), startLine("tm.exe", ""), startLine("shot.exe", ""),
                                                      startLine("", ""), startLine("IPcfg.exe", "")}));
+
+        // The main menu and its sub-menus wear the menu colours.
+        for (QMenu *menu : {static_cast<QMenu *>(s->mainMenu), static_cast<QMenu *>(s->subMenus[0])}) {
+            const QImage look = menu->grab().toImage();
+            QCOMPARE(QColor(look.pixel(look.width() - 4, look.height() / 2)), QColor(0x13, 0x4c, 0x78));
+        }
 
         // With the panel at the foot the menu opens above it, 2 pixels clear; its modal run ends.
         s->show();

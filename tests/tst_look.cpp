@@ -3,6 +3,7 @@
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
 #include "look/chook_style.h"
+#include "look/lazyicon.h"
 #include "look/resources.h"
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
@@ -89,6 +90,24 @@ private slots:
         QTest::mouseClick(&clock, Qt::LeftButton, Qt::NoModifier, QPoint(32, 32));
         QTest::mouseDClick(&clock, Qt::LeftButton, Qt::NoModifier, QPoint(32, 32));
         QCOMPARE(spy.count(), 1);
+    }
+
+    void lazyIconIsMadeWhenFirstAsked()
+    {
+        QTemporaryDir dir;
+        const QString old = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(dir.path()));
+        const QIcon relative = lazyFileIcon("late.png");   // against the folder of now
+        QVERIFY(QDir::setCurrent(old));
+        const QIcon missing = lazyFileIcon(dir.filePath("none.png"));
+        QVERIFY(clear(8, 8, Qt::green).save(dir.filePath("late.png")));
+        QVERIFY(!relative.isNull());
+        QVERIFY(missing.pixmap(8, 8).isNull());
+        QCOMPARE(QColor(relative.pixmap(8, 8).toImage().pixel(4, 4)), QColor(Qt::green));
+        // Made once: the picture gone afterwards changes nothing, in any copy.
+        QVERIFY(QFile::remove(dir.filePath("late.png")));
+        const QIcon copy = relative;
+        QCOMPARE(QColor(copy.pixmap(8, 8).toImage().pixel(4, 4)), QColor(Qt::green));
     }
 
     void aboutDialog()
