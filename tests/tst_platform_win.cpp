@@ -95,17 +95,19 @@ private slots:
 
     void starts()
     {
-        // A .cmd that writes its first argument, through both calls (Wine runs it with its cmd).
+        // A .cmd that writes its first argument into a file of that name, through both calls (Wine
+        // runs it with its cmd). A file of its own per start: a move over a file the test is
+        // reading fails.
         QTemporaryDir dir;
         const QString script = QDir::toNativeSeparators(dir.filePath("write.cmd"));
         QFile f(script);
         QVERIFY(f.open(QIODevice::WriteOnly)
-                && f.write("@echo off\r\necho %~1>\"%~dp0out.tmp\"\r\n"
-                           "move /y \"%~dp0out.tmp\" \"%~dp0out.txt\" >nul\r\n"));
+                && f.write("@echo off\r\necho %~1>\"%~dp0%~1.tmp\"\r\n"
+                           "move /y \"%~dp0%~1.tmp\" \"%~dp0%~1.txt\" >nul\r\n"));
         f.close();
         const auto wrote = [&](const QByteArray &text) {
             return QTest::qWaitFor([&] {
-                QFile out(dir.filePath("out.txt"));
+                QFile out(dir.filePath(QString::fromLatin1(text + ".txt")));
                 return out.open(QIODevice::ReadOnly) && out.readAll().trimmed() == text;
             }, 60000);
         };
