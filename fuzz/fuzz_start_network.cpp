@@ -4,20 +4,10 @@
 #include "fuzzing.h"
 #include "network/netcondition.h"
 
-namespace {
-const fuzzing::MachineFile *logFile = nullptr;
-}
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    static const fuzzing::MachineFile file(QStringLiteral("tmpReg/startNetwork.log"));
-    logFile = &file;
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    logFile->write(fuzzing::bytes(data, size));
+    static const fuzzing::MachineFile logFile(QStringLiteral("tmpReg/startNetwork.log"));
+    logFile.write(fuzzing::bytes(data, size));
     NetworkCondition record;
     readStartNetwork(record);
     if (record.bootLetter.contains(QLatin1Char('\n')) || record.ipAdd.contains(QLatin1Char('\r')))
