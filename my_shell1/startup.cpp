@@ -4,6 +4,7 @@
 #include "my_shell1.h"
 #include "platform/platform.h"
 #include "startupfiles.h"
+#include "look/fontwarmup.h"
 #include "look/stylesheets.h"
 #include "network/netcondition.h"
 #include "settings/savedvolume.h"
@@ -146,11 +147,14 @@ int runShell(int argc, char *argv[])
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication app(argc, argv);
+    // The font set-up runs on a second core while the machine is read and the windows are made.
+    FontWarmUp fonts({QApplication::font(), menuFont()});
     prepareShell(app);
 
     int result = 0;
     {
         my_shell1 shell;
+        fonts.wait();
         shell.show();
         QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
         QObject::connect(&shell, &my_shell1::closeApp, &app, &QCoreApplication::quit);

@@ -3,11 +3,13 @@
 #include "look/aboutdlg.h"
 #include "look/analog_clock.h"
 #include "look/chook_style.h"
+#include "look/fontwarmup.h"
 #include "look/lazyicon.h"
 #include "look/resources.h"
 #include "look/stylesheets.h"
 #include "my_shell1/globals.h"
 
+#include <QFontDatabase>
 #include <QLabel>
 #include <QPainter>
 #include <QRadioButton>
@@ -45,6 +47,16 @@ class TestLook : public QObject {
 
 private slots:
     void init() { resetGlobals(); }
+
+    void fontWarmUpListsTheFamiliesBesideTheCaller()
+    {
+        FontWarmUp warm({QFont(QStringLiteral("Tahoma"), 11), QApplication::font()});
+        warm.wait();
+        QVERIFY(warm.families() > 0);
+        QCOMPARE(warm.families(), QFontDatabase().families().size());
+        warm.wait();   // a second wait, and the destructor's, return at once
+        FontWarmUp unwaited({QApplication::font()});
+    }
 
     void clockAngles_data()
     {
