@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <cstring>
+
 namespace linefile {
 
 bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut)
@@ -34,15 +36,38 @@ bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut)
     return true;
 }
 
+namespace {
+
+// A line's bytes as read, "\n" included, as text: UTF-8, every "\n" and "\r" taken out.
+QString lineText(const char *bytes, int size)
+{
+    // The text ends at a NUL byte, as it always has.
+    size = int(qstrnlen(bytes, uint(size)));
+    QString line = QString::fromUtf8(bytes, size);
+    int end = 0;   // the usual line end, "\n" or "\r\n", in bytes
+    if (size > 0 && bytes[size - 1] == '\n')
+        end = size > 1 && bytes[size - 2] == '\r' ? 2 : 1;
+    const size_t body = size_t(size - end);
+    // The decoder gives both bytes back as they are, so a line end alone is the text's last
+    // characters and goes without a search through the line.
+    if (!std::memchr(bytes, '\r', body) && !std::memchr(bytes, '\n', body)) {
+        line.chop(end);
+    } else {
+        line.remove(QLatin1Char('\n'));
+        line.remove(QLatin1Char('\r'));
+    }
+    return line;
+}
+
+} // namespace
+
 bool nextLine(QIODevice &file, QString *line)
 {
     QByteArray raw;
     bool cut = false;
     if (!nextRaw(file, &raw, &cut))
         return false;
-    *line = QString::fromUtf8(raw);
-    line->remove(QLatin1Char('\n'));
-    line->remove(QLatin1Char('\r'));
+    *line = lineText(raw.constData(), raw.size());
     return true;
 }
 
@@ -51,9 +76,39 @@ bool readLines(const QString &hostPath, QStringList *lines)
     QFile file(hostPath);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    QString line;
-    while (nextLine(file, &line))
-        lines->append(line);
+    // The file in large pieces rather than a device call a line: the large medium's three
+    // passes over 10,000 lines felt it. Lines come out as nextLine gives them.
+    const qint64 pieceSize = 1 << 16;
+    QByteArray piece(int(pieceSize), Qt::Uninitialized);
+    QByteArray pending;   // the kept bytes of a line that goes on in the next piece
+    qint64 lineBytes = 0;   // bytes of that line so far, "\n" counted, kept or not
+    for (qint64 got = file.read(piece.data(), pieceSize); got > 0;
+         got = file.read(piece.data(), pieceSize)) {
+        const char *p = piece.constData();
+        const char *end = p + got;
+        while (p < end) {
+            const char *newline = static_cast<const char *>(std::memchr(p, '\n', size_t(end - p)));
+            const char *stop = newline ? newline + 1 : end;
+            // Only the first maxLineBytes - 1 bytes of a line, "\n" included, are kept.
+            const qint64 room = qMax<qint64>(0, maxLineBytes - 1 - lineBytes);
+            const qint64 keep = qMin<qint64>(room, stop - p);
+            lineBytes += stop - p;
+            if (newline && pending.isEmpty() && keep == stop - p) {
+                lines->append(lineText(p, int(keep)));
+                lineBytes = 0;
+            } else {
+                pending.append(p, int(keep));
+                if (newline) {
+                    lines->append(lineText(pending.constData(), pending.size()));
+                    pending.clear();
+                    lineBytes = 0;
+                }
+            }
+            p = stop;
+        }
+    }
+    if (lineBytes > 0)
+        lines->append(lineText(pending.constData(), pending.size()));
     return true;
 }
 

@@ -14,6 +14,7 @@
 #include "look/stylesheets.h"
 #include "launcher/mymenu.h"
 #include "launcher/shellconfig.h"
+#include "my_shell1/linefile.h"
 
 #include <QMouseEvent>
 #include <QScreen>
@@ -96,6 +97,13 @@ private slots:
             "fixedB3=a.png|Tip|first.exe\nfixedB3=b.png|Tip|second.exe\nfixedB4=short|x\n;fixedB5=c|d|e", {"fixed3 b.png|Tip|second.exe"});
         row("one line fills two fixed keys, the first match shortening it for the next",
             "fixedB1=i|t|cmdfixedB2=j|u|v", {"fixed1 i|t|cmdfixedB2=j", "fixed2 i|t|cmdj"});
+        row("a NUL ends the text of its line; a return anywhere is taken out",
+            QByteArray("title=ab\0cd\nversion=1\r2\r\n", 24), {"version=12", "title=ab"});
+        row("a line is whole where the file's reading crosses 64 KiB",
+            QByteArray(65530, ';') + "\ntitle=" + QByteArray(100, 't'), {"title=" + QString(100, 't')});
+        row("an overlong line keeps its first bytes, its rest is passed over, the next line counts",
+            "title=" + QByteArray(int(linefile::maxLineBytes), 'x') + "\nversion=2",
+            {"version=2", "title=" + QString(int(linefile::maxLineBytes) - 7, 'x')});
     }
 
     // What the three passes read, one record a line.
