@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QHash>
 #include <QImage>
+#include <QMutex>
 #include <QPainter>
 #include <QPainterPath>
 #include <QSaveFile>
@@ -215,7 +216,7 @@ void drawShortcutMark(QPainter &p)
     p.drawPolyline(QPolygonF({QPointF(7, 20.5), QPointF(10, 23), QPointF(7, 25.5)}));
 }
 
-QImage drawIcon(const QString &kind, bool shortcut)
+QImage paintIcon(const QString &kind, bool shortcut)
 {
     QImage image(kIconSize, kIconSize, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -256,6 +257,19 @@ QImage drawIcon(const QString &kind, bool shortcut)
     if (shortcut)
         drawShortcutMark(p);
     return image;
+}
+
+// Painted once a kind: a desktop of a thousand shortcuts asks for a handful of pictures.
+QImage drawIcon(const QString &kind, bool shortcut)
+{
+    static QMutex lock;
+    static QHash<QString, QImage> painted;
+    const QString key = kind + (shortcut ? QStringLiteral("+link") : QString());
+    QMutexLocker locked(&lock);
+    auto found = painted.constFind(key);
+    if (found == painted.constEnd())
+        found = painted.insert(key, paintIcon(kind, shortcut));
+    return *found;
 }
 
 // --- the clock and the zone as text in machine.ini ---
