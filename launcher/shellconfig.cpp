@@ -16,12 +16,13 @@ namespace {
             (notes)->append({(line), (text)});  \
     } while (0)
 
-// Calls f for each line of the file, numbered from 1; false if it won't open.
+// Calls f for each line of the file, numbered from 1; false if it won't open. A line that holds
+// none of the keys, where they are given, comes as an empty line.
 template <typename F>
-bool forEachLine(const QString &drivePath, F f)
+bool forEachLine(const QString &drivePath, F f, const QList<QByteArray> &keys = {})
 {
     QStringList lines;
-    if (!linefile::readLines(sys().hostPath(drivePath), &lines))
+    if (!linefile::readLines(sys().hostPath(drivePath), &lines, keys))
         return false;
     for (int i = 0; i < lines.size(); ++i)
         f(lines[i], i + 1);
@@ -45,6 +46,11 @@ QStringList splitFields(const QString &value)
 }
 
 int number(const QString &field)
+{
+    return field.toInt(nullptr, 10);
+}
+
+int number(const QStringRef &field)
 {
     return field.toInt(nullptr, 10);
 }
@@ -119,7 +125,8 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
     if (!kMenuItem.in(line))
         return;
     line.remove(kMenuItem.text);
-    const QStringList f = splitFields(line);
+    // The large medium's thousands of entries: the fields as views, copied only where kept.
+    const QVector<QStringRef> f = line.splitRef(QLatin1Char('|'), Qt::KeepEmptyParts);
     if (f.size() < 7) {
         NOTE(notes, lineNo, QStringLiteral("menuItem= with %1 field(s), 7 needed: ignored").arg(f.size()));
         return;
@@ -129,11 +136,11 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
     m.line = lineNo;
     m.parentId = number(f.at(0));
     m.id = number(f.at(1));
-    m.text = f.at(2);
-    m.icon = f.at(3);
-    m.path = f.at(4);
-    m.params = f.at(5);
-    m.hint = f.at(6);
+    m.text = f.at(2).toString();
+    m.icon = f.at(3).toString();
+    m.path = f.at(4).toString();
+    m.params = f.at(5).toString();
+    m.hint = f.at(6).toString();
     pass->menu.append(m);
     NOTE(notes, lineNo, QStringLiteral("menu entry %1 \"%2\" under %3 starts \"%4\" \"%5\"")
                             .arg(QString::number(m.id), m.text, QString::number(m.parentId), m.path,
@@ -209,7 +216,7 @@ LauncherPass readLauncherButtons(const QString &drivePath, QList<ConfigNote> *no
     int nextId = 1000;
     pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
         launcherLine(line, n, &nextId, &pass, notes);
-    });
+    }, {QByteArrayLiteral("morvaneItem=")});
     return pass;
 }
 
@@ -218,7 +225,7 @@ FixedPass readFixedButtons(const QString &drivePath, QList<ConfigNote> *notes)
     FixedPass pass;
     pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
         fixedLine(line, n, &pass, notes);
-    });
+    }, {QByteArrayLiteral("fixedB")});
     return pass;
 }
 

@@ -69,6 +69,7 @@ QStringList splitFields(const QString &value);
 
 // Base 10; what is not a number is 0.
 int number(const QString &field);
+int number(const QStringRef &field);
 
 // The three passes. drivePath is a drive path (or one relative to the working directory) and is
 // opened through the platform, read-only, as UTF-8 whatever its first bytes say.

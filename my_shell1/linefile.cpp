@@ -1,6 +1,8 @@
 #include "linefile.h"
 
+#include <QByteArrayMatcher>
 #include <QFile>
+#include <QVector>
 
 #include <cstring>
 
@@ -38,11 +40,17 @@ bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut)
 
 namespace {
 
+// The text of a line ends at a NUL byte, as it always has.
+int textSize(const char *bytes, int size)
+{
+    const char *nul = static_cast<const char *>(std::memchr(bytes, 0, size_t(size)));
+    return nul ? int(nul - bytes) : size;
+}
+
 // A line's bytes as read, "\n" included, as text: UTF-8, every "\n" and "\r" taken out.
 QString lineText(const char *bytes, int size)
 {
-    // The text ends at a NUL byte, as it always has.
-    size = int(qstrnlen(bytes, uint(size)));
+    size = textSize(bytes, size);
     QString line = QString::fromUtf8(bytes, size);
     int end = 0;   // the usual line end, "\n" or "\r\n", in bytes
     if (size > 0 && bytes[size - 1] == '\n')
@@ -59,6 +67,28 @@ QString lineText(const char *bytes, int size)
     return line;
 }
 
+// Whether the text of a line's bytes can hold one of the keys (ASCII). The decoder gives ASCII
+// bytes back one for one and never makes them of other bytes, so the text holds a key only where
+// the bytes do; a return inside the line, which the text loses, sends the line to be decoded.
+bool mayHold(const char *bytes, int size, const QVector<QByteArrayMatcher> &keys)
+{
+    if (keys.isEmpty())
+        return true;
+    size = textSize(bytes, size);
+    int body = size;
+    if (body > 0 && bytes[body - 1] == '\n')
+        --body;
+    if (body > 0 && bytes[body - 1] == '\r')
+        --body;
+    if (std::memchr(bytes, '\r', size_t(body)))
+        return true;
+    for (const QByteArrayMatcher &key : keys) {
+        if (key.indexIn(bytes, body) >= 0)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 bool nextLine(QIODevice &file, QString *line)
@@ -71,13 +101,16 @@ bool nextLine(QIODevice &file, QString *line)
     return true;
 }
 
-bool readLines(const QString &hostPath, QStringList *lines)
+bool readLines(const QString &hostPath, QStringList *lines, const QList<QByteArray> &keys)
 {
     QFile file(hostPath);
     if (!file.open(QIODevice::ReadOnly))
         return false;
     // The file in large pieces rather than a device call a line: the large medium's three
     // passes over 10,000 lines felt it. Lines come out as nextLine gives them.
+    QVector<QByteArrayMatcher> matchers;
+    for (const QByteArray &key : keys)
+        matchers.append(QByteArrayMatcher(key));
     const qint64 pieceSize = 1 << 16;
     QByteArray piece(int(pieceSize), Qt::Uninitialized);
     QByteArray pending;   // the kept bytes of a line that goes on in the next piece
@@ -94,12 +127,14 @@ bool readLines(const QString &hostPath, QStringList *lines)
             const qint64 keep = qMin<qint64>(room, stop - p);
             lineBytes += stop - p;
             if (newline && pending.isEmpty() && keep == stop - p) {
-                lines->append(lineText(p, int(keep)));
+                lines->append(mayHold(p, int(keep), matchers) ? lineText(p, int(keep)) : QString());
                 lineBytes = 0;
             } else {
                 pending.append(p, int(keep));
                 if (newline) {
-                    lines->append(lineText(pending.constData(), pending.size()));
+                    lines->append(mayHold(pending.constData(), pending.size(), matchers)
+                                      ? lineText(pending.constData(), pending.size())
+                                      : QString());
                     pending.clear();
                     lineBytes = 0;
                 }
@@ -107,8 +142,11 @@ bool readLines(const QString &hostPath, QStringList *lines)
             p = stop;
         }
     }
-    if (lineBytes > 0)
-        lines->append(lineText(pending.constData(), pending.size()));
+    if (lineBytes > 0) {
+        lines->append(mayHold(pending.constData(), pending.size(), matchers)
+                          ? lineText(pending.constData(), pending.size())
+                          : QString());
+    }
     return true;
 }
 

@@ -3,6 +3,7 @@
 // each line UTF-8 whatever the first bytes say, every "\n" and "\r" taken out.
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -19,7 +20,9 @@ const qint64 maxLineBytes = 1 << 20;
 bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut);
 // The next line; false at the end.
 bool nextLine(QIODevice &file, QString *line);
-// Every line of the file at a host path; false if it won't open.
-bool readLines(const QString &hostPath, QStringList *lines);
+// Every line of the file at a host path; false if it won't open. With keys given, a line whose
+// text can hold none of them comes back empty without being decoded, so that a pass looking for
+// one key goes through the lines at the speed of a byte search.
+bool readLines(const QString &hostPath, QStringList *lines, const QList<QByteArray> &keys = {});
 
 } // namespace linefile

@@ -99,6 +99,9 @@ private slots:
             "fixedB1=i|t|cmdfixedB2=j|u|v", {"fixed1 i|t|cmdfixedB2=j", "fixed2 i|t|cmdj"});
         row("a NUL ends the text of its line; a return anywhere is taken out",
             QByteArray("title=ab\0cd\nversion=1\r2\r\n", 24), {"version=12", "title=ab"});
+        row("a return inside a key still leaves the key, as the text has it; a key after a NUL is not read",
+            QByteArray("morvane\rItem=n|r|c|Tip|p.exe|-q\nfixed\rB1=i|t|c\nx\0fixedB2=j|u|v", 62),
+            {"button 1000 n|r|c|Tip|p.exe|-q", "fixed1 i|t|c"});
         row("a line is whole where the file's reading crosses 64 KiB",
             QByteArray(65530, ';') + "\ntitle=" + QByteArray(100, 't'), {"title=" + QString(100, 't')});
         row("an overlong line keeps its first bytes, its rest is passed over, the next line counts",
