@@ -52,7 +52,7 @@ private slots:
     {
         FontWarmUp warm({QFont(QStringLiteral("Tahoma"), 11), QApplication::font()});
         warm.wait();
-        QVERIFY(warm.families() > 0);
+        // Whatever the platform lists (the offscreen platform under Wine has no fonts at all).
         QCOMPARE(warm.families(), QFontDatabase().families().size());
         warm.wait();   // a second wait, and the destructor's, return at once
         FontWarmUp unwaited({QApplication::font()});
