@@ -57,6 +57,7 @@ public:
         QDir().mkpath(QFileInfo(m_host).absolutePath());
         setPlatform(new SimPlatform(dir.path()));
     }
+    const QString &host() const { return m_host; }
     void write(const QByteArray &content) const
     {
         QFile f(m_host);
