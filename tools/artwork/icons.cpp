@@ -11,9 +11,7 @@ static const QString res = QStringLiteral("my_shell1/Resources");
 
 namespace {
 
-const qreal line = 2.0;   // the outline weight at 32 pixels
-
-QPen outline(const QColor &c, qreal w = line)
+QPen outline(const QColor &c, qreal w)
 {
     QPen pen(c, w);
     pen.setJoinStyle(Qt::RoundJoin);
