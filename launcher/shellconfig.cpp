@@ -38,11 +38,22 @@ struct Key {
     const QStringMatcher matcher;
 };
 
+const QChar fieldSeparator = QLatin1Char('|');
+// What a line of the button passes must hold; their readers skip decoding the other lines.
+const char launcherKey[] = "morvaneItem=";
+const char fixedHead[] = "fixedB";   // the head the five fixed-button keys share
+
+// The fields as views into the value, for a line that keeps only some of them as text.
+QVector<QStringRef> fieldViews(const QString &value)
+{
+    return value.splitRef(fieldSeparator, Qt::KeepEmptyParts);
+}
+
 } // namespace
 
 QStringList splitFields(const QString &value)
 {
-    return value.split(QLatin1Char('|'), Qt::KeepEmptyParts);
+    return value.split(fieldSeparator, Qt::KeepEmptyParts);
 }
 
 int number(const QString &field)
@@ -125,8 +136,8 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
     if (!kMenuItem.in(line))
         return;
     line.remove(kMenuItem.text);
-    // The large medium's thousands of entries: the fields as views, copied only where kept.
-    const QVector<QStringRef> f = line.splitRef(QLatin1Char('|'), Qt::KeepEmptyParts);
+    // The large medium's thousands of entries: the numbers are read from views, not copies.
+    const QVector<QStringRef> f = fieldViews(line);
     if (f.size() < 7) {
         NOTE(notes, lineNo, QStringLiteral("menuItem= with %1 field(s), 7 needed: ignored").arg(f.size()));
         return;
@@ -150,7 +161,7 @@ void mainMenuLine(const QString &rawLine, int lineNo, MainMenuPass *pass, QList<
 void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pass,
                   QList<ConfigNote> *notes)
 {
-    static const Key kItem("morvaneItem=");
+    static const Key kItem(launcherKey);
     if (line.startsWith(QLatin1Char(';')) || !kItem.in(line))
         return;
     const QStringList f = splitFields(QString(line).remove(kItem.text));
@@ -174,7 +185,7 @@ void launcherLine(const QString &line, int lineNo, int *nextId, LauncherPass *pa
 void fixedLine(const QString &rawLine, int lineNo, FixedPass *pass, QList<ConfigNote> *notes)
 {
     // A line without the common head holds none of the five keys, and nothing is removed from it.
-    static const Key kHead("fixedB");
+    static const Key kHead(fixedHead);
     if (rawLine.startsWith(QLatin1Char(';')) || !kHead.in(rawLine))
         return;
     QString line = rawLine;
@@ -216,7 +227,7 @@ LauncherPass readLauncherButtons(const QString &drivePath, QList<ConfigNote> *no
     int nextId = 1000;
     pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
         launcherLine(line, n, &nextId, &pass, notes);
-    }, {QByteArrayLiteral("morvaneItem=")});
+    }, {QByteArray(launcherKey)});
     return pass;
 }
 
@@ -225,7 +236,7 @@ FixedPass readFixedButtons(const QString &drivePath, QList<ConfigNote> *notes)
     FixedPass pass;
     pass.opened = forEachLine(drivePath, [&](const QString &line, int n) {
         fixedLine(line, n, &pass, notes);
-    }, {QByteArrayLiteral("fixedB")});
+    }, {QByteArray(fixedHead)});
     return pass;
 }
 

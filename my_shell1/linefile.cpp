@@ -40,50 +40,48 @@ bool nextRaw(QIODevice &file, QByteArray *raw, bool *cut)
 
 namespace {
 
-// The text of a line ends at a NUL byte, as it always has.
-int textSize(const char *bytes, int size)
-{
-    const char *nul = static_cast<const char *>(std::memchr(bytes, 0, size_t(size)));
-    return nul ? int(nul - bytes) : size;
-}
-
-// A line's bytes as read, "\n" included, as text: UTF-8, every "\n" and "\r" taken out.
-QString lineText(const char *bytes, int size)
-{
-    size = textSize(bytes, size);
-    QString line = QString::fromUtf8(bytes, size);
-    int end = 0;   // the usual line end, "\n" or "\r\n", in bytes
-    if (size > 0 && bytes[size - 1] == '\n')
-        end = size > 1 && bytes[size - 2] == '\r' ? 2 : 1;
-    const size_t body = size_t(size - end);
-    // The decoder gives both bytes back as they are, so a line end alone is the text's last
-    // characters and goes without a search through the line.
-    if (!std::memchr(bytes, '\r', body) && !std::memchr(bytes, '\n', body)) {
-        line.chop(end);
-    } else {
-        line.remove(QLatin1Char('\n'));
-        line.remove(QLatin1Char('\r'));
+// A line's bytes as read, "\n" included, looked at once: its text ends at a NUL byte, as it
+// always has; its body is the text without a final "\n" or "\r\n"; plain when the body holds
+// no "\r" or "\n" of its own.
+struct LineBytes {
+    LineBytes(const char *data, int size) : bytes(data)
+    {
+        const char *nul = static_cast<const char *>(std::memchr(bytes, 0, size_t(size)));
+        text = nul ? int(nul - bytes) : size;
+        body = text;
+        if (body > 0 && bytes[body - 1] == '\n')
+            body -= body > 1 && bytes[body - 2] == '\r' ? 2 : 1;
+        plain = !std::memchr(bytes, '\r', size_t(body)) && !std::memchr(bytes, '\n', size_t(body));
     }
-    return line;
+    const char *bytes;
+    int text;
+    int body;
+    bool plain;
+};
+
+// As text: UTF-8, every "\n" and "\r" taken out. The decoder gives both bytes back as they
+// are, so the line end of a plain line is the text's last characters and goes without a search.
+QString lineText(const LineBytes &line)
+{
+    QString text = QString::fromUtf8(line.bytes, line.text);
+    if (line.plain) {
+        text.chop(line.text - line.body);
+    } else {
+        text.remove(QLatin1Char('\n'));
+        text.remove(QLatin1Char('\r'));
+    }
+    return text;
 }
 
-// Whether the text of a line's bytes can hold one of the keys (ASCII). The decoder gives ASCII
-// bytes back one for one and never makes them of other bytes, so the text holds a key only where
-// the bytes do; a return inside the line, which the text loses, sends the line to be decoded.
-bool mayHold(const char *bytes, int size, const QVector<QByteArrayMatcher> &keys)
+// Whether the text can hold one of the keys (ASCII). The decoder gives ASCII bytes back one for
+// one and never makes them of other bytes, so the text holds a key only where the bytes do; a
+// return inside the line, which the text loses, sends the line to be decoded.
+bool mayHold(const LineBytes &line, const QVector<QByteArrayMatcher> &keys)
 {
-    if (keys.isEmpty())
-        return true;
-    size = textSize(bytes, size);
-    int body = size;
-    if (body > 0 && bytes[body - 1] == '\n')
-        --body;
-    if (body > 0 && bytes[body - 1] == '\r')
-        --body;
-    if (std::memchr(bytes, '\r', size_t(body)))
+    if (keys.isEmpty() || !line.plain)
         return true;
     for (const QByteArrayMatcher &key : keys) {
-        if (key.indexIn(bytes, body) >= 0)
+        if (key.indexIn(line.bytes, line.body) >= 0)
             return true;
     }
     return false;
@@ -97,7 +95,7 @@ bool nextLine(QIODevice &file, QString *line)
     bool cut = false;
     if (!nextRaw(file, &raw, &cut))
         return false;
-    *line = lineText(raw.constData(), raw.size());
+    *line = lineText(LineBytes(raw.constData(), raw.size()));
     return true;
 }
 
@@ -111,6 +109,10 @@ bool readLines(const QString &hostPath, QStringList *lines, const QList<QByteArr
     QVector<QByteArrayMatcher> matchers;
     for (const QByteArray &key : keys)
         matchers.append(QByteArrayMatcher(key));
+    const auto take = [&](const char *bytes, int size) {
+        const LineBytes line(bytes, size);
+        lines->append(mayHold(line, matchers) ? lineText(line) : QString());
+    };
     const qint64 pieceSize = 1 << 16;
     QByteArray piece(int(pieceSize), Qt::Uninitialized);
     QByteArray pending;   // the kept bytes of a line that goes on in the next piece
@@ -123,30 +125,24 @@ bool readLines(const QString &hostPath, QStringList *lines, const QList<QByteArr
             const char *newline = static_cast<const char *>(std::memchr(p, '\n', size_t(end - p)));
             const char *stop = newline ? newline + 1 : end;
             // Only the first maxLineBytes - 1 bytes of a line, "\n" included, are kept.
-            const qint64 room = qMax<qint64>(0, maxLineBytes - 1 - lineBytes);
-            const qint64 keep = qMin<qint64>(room, stop - p);
+            const qint64 keep = qMin<qint64>(qMax<qint64>(0, maxLineBytes - 1 - lineBytes), stop - p);
             lineBytes += stop - p;
             if (newline && pending.isEmpty() && keep == stop - p) {
-                lines->append(mayHold(p, int(keep), matchers) ? lineText(p, int(keep)) : QString());
-                lineBytes = 0;
+                take(p, int(keep));   // the usual line, whole in this piece
             } else {
                 pending.append(p, int(keep));
-                if (newline) {
-                    lines->append(mayHold(pending.constData(), pending.size(), matchers)
-                                      ? lineText(pending.constData(), pending.size())
-                                      : QString());
-                    pending.clear();
-                    lineBytes = 0;
-                }
+                if (newline)
+                    take(pending.constData(), pending.size());
+            }
+            if (newline) {
+                pending.clear();
+                lineBytes = 0;
             }
             p = stop;
         }
     }
-    if (lineBytes > 0) {
-        lines->append(mayHold(pending.constData(), pending.size(), matchers)
-                          ? lineText(pending.constData(), pending.size())
-                          : QString());
-    }
+    if (lineBytes > 0)
+        take(pending.constData(), pending.size());
     return true;
 }
 

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QHash>
 #include <QImage>
-#include <QMutex>
 #include <QPainter>
 #include <QPainterPath>
 #include <QSaveFile>
@@ -259,16 +258,15 @@ QImage paintIcon(const QString &kind, bool shortcut)
     return image;
 }
 
-// Painted once a kind: a desktop of a thousand shortcuts asks for a handful of pictures.
+// Painted once a kind, with and without the mark: a desktop of a thousand shortcuts asks for a
+// handful of pictures.
 QImage drawIcon(const QString &kind, bool shortcut)
 {
-    static QMutex lock;
-    static QHash<QString, QImage> painted;
-    const QString key = kind + (shortcut ? QStringLiteral("+link") : QString());
-    QMutexLocker locked(&lock);
-    auto found = painted.constFind(key);
-    if (found == painted.constEnd())
-        found = painted.insert(key, paintIcon(kind, shortcut));
+    static QHash<QString, QImage> painted[2];
+    QHash<QString, QImage> &cache = painted[shortcut ? 1 : 0];
+    auto found = cache.constFind(kind);
+    if (found == cache.constEnd())
+        found = cache.insert(kind, paintIcon(kind, shortcut));
     return *found;
 }
 
